@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# test.sh [ctest arguments]: builds everything and runs every test under Wine on a private X server,
+# in a fresh Wine prefix. ctest's summary is the last thing printed; the exit status is ctest's.
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+build=${VX_BUILD:-$root/build}
+"$root/scripts/build.sh" "$build"
+. "$root/scripts/wine-env.sh"
+. "$root/scripts/xvfb.sh"
+export WINEPREFIX="$build/wine-test"
+"$root/scripts/make-prefix.sh" "$WINEPREFIX" desktop
+start_xvfb
+wineserver -p
+cleanup() {
+  wineserver -k 2>/dev/null || true
+  wineserver -w 2>/dev/null || true
+  stop_xvfb
+}
+set +e
+out=$(mktemp)
+(cd "$build" && ctest --output-on-failure "$@") >"$out" 2>&1
+rc=$?
+cleanup >/dev/null 2>&1
+cat "$out"; rm -f "$out"
+exit $rc

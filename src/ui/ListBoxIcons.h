@@ -1,0 +1,84 @@
+#pragma once
+// ListBoxIcons: the owner-drawn list of icons with captions shown on every icon tab. At most 19
+// items, each with caption, icon file, icon index, key, list index and info tip. Rows are 50 pixels
+// high; icons are extracted, drawn and destroyed at once (no icon handle is kept).
+#include <windows.h>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace ui {
+
+// Splits an icon location ("file,index") at its last comma: returns the file and sets index to the
+// 16-bit value of the text after the comma, and cuts location to the file. A location without a
+// comma returns "" and changes neither argument.
+std::string SplitIconLocation(std::string& location, int16_t& index);
+
+class ListBoxIcons {
+ public:
+  static constexpr int kCapacity = 19;
+  static constexpr int kRowHeight = 50;
+
+  ListBoxIcons();
+  ~ListBoxIcons();
+  ListBoxIcons(const ListBoxIcons&) = delete;
+  ListBoxIcons& operator=(const ListBoxIcons&) = delete;
+
+  // Creates the control (Container, lstMain and Scroll) as a child of parent; runs SystemSettings.
+  bool Create(HWND parent, int id, int x, int y, int width, int height);
+  HWND hwnd() const;       // the control's outer window (Container)
+  HWND surface() const;    // lstMain, the drawing surface that takes focus and keys
+  HWND scrollBar() const;  // Scroll
+  void Move(int x, int y, int width, int height);
+
+  // Events raised to the host.
+  std::function<void()> Click;
+  std::function<void()> DblClick;
+  std::function<void(int keyCode, int shift)> KeyDown;
+  std::function<void(int charCode)> KeyPress;
+  std::function<void(int keyCode, int shift)> KeyUp;
+  std::function<void(int button, int shift, int x, int y)> MouseUp;
+
+  void AddItem(const std::string& caption, const std::string& iconPath, int16_t iconIndex,
+               const std::string& key);
+  void Change(const std::string& key, const std::string& iconPath, int16_t iconIndex = -1,
+              const std::string& caption = "");
+  void SelItemKey(const std::string& key);
+  void SelItemIndex(int16_t index);
+
+  double ListIndex() const;
+  std::string Key(int index) const;
+  double ListCount() const;
+  int Count() const;  // items added so far
+
+  std::string SeledKey() const;
+  std::string SeledCaption() const;
+  std::string SeledInfoTip() const;
+  std::string SeledListIndex() const;
+  std::string SeledIconPath() const;
+  int16_t SeledIconIndex() const;
+  std::string SeledFullIconPath() const;
+
+  std::string ItemFullPath(const std::string& key) const;
+  std::string ItemFullPathmouse(const std::string& key) const;
+  std::string ItemCaption(const std::string& key) const;
+
+  void ItemRefresh();
+  void ListRefresh();
+  void SystemSettings();
+
+  // Read-only views used by tests and the host's tooltip.
+  RECT SelectionRect() const;
+  std::string FontName() const;
+  int SurfaceWidth() const;
+  int SurfaceHeight() const;
+  int ScrollValue() const;
+  int ScrollMax() const;
+
+ private:
+  struct Impl;
+  Impl* impl_;
+};
+
+}  // namespace ui

@@ -1,0 +1,87 @@
+#include "ui/seam.h"
+
+#include <commdlg.h>
+#include <shellapi.h>
+
+#include <vector>
+
+namespace ui {
+namespace {
+Seam* g_seam = nullptr;
+}
+
+Seam& GetSeam() {
+  static RealSeam real;
+  return g_seam ? *g_seam : real;
+}
+
+void SetSeam(Seam* seam) { g_seam = seam; }
+
+bool RealSeam::ShowFileDialog(HWND owner, FileDialog& dialog) {
+  char file[MAX_PATH] = {};
+  lstrcpynA(file, dialog.initialFile.c_str(), MAX_PATH);
+  std::string filter = dialog.filter;
+  filter.push_back('\0');
+  OPENFILENAMEA ofn{};
+  ofn.lStructSize = sizeof ofn;
+  ofn.hwndOwner = owner;
+  ofn.lpstrFilter = filter.c_str();
+  ofn.nFilterIndex = 1;
+  ofn.lpstrFile = file;
+  ofn.nMaxFile = MAX_PATH;
+  ofn.lpstrTitle = dialog.title.empty() ? nullptr : dialog.title.c_str();
+  ofn.lpstrDefExt = dialog.defaultExt.empty() ? nullptr : dialog.defaultExt.c_str();
+  ofn.Flags = OFN_HIDEREADONLY | OFN_PATHMUSTEXIST | OFN_EXPLORER;
+  if (dialog.save) {
+    if (dialog.overwritePrompt) ofn.Flags |= OFN_OVERWRITEPROMPT;
+    if (!GetSaveFileNameA(&ofn)) return false;
+  } else {
+    ofn.Flags |= OFN_FILEMUSTEXIST;
+    if (!GetOpenFileNameA(&ofn)) return false;
+  }
+  dialog.initialFile = file;
+  return true;
+}
+
+void RealSeam::ShellOpen(HWND owner, const std::string& target) {
+  ShellExecuteA(owner, "Open", target.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+}
+
+void RealSeam::RunCommand(const std::string& commandLine) {
+  STARTUPINFOA si{};
+  si.cb = sizeof si;
+  PROCESS_INFORMATION pi{};
+  std::vector<char> line(commandLine.begin(), commandLine.end());
+  line.push_back('\0');
+  if (CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi)) {
+    CloseHandle(pi.hThread);
+    CloseHandle(pi.hProcess);
+  }
+}
+
+void RealSeam::OpenHelp(HWND owner, const std::string& helpFile, unsigned command,
+                        const std::string& keyword) {
+  WinHelpA(owner, helpFile.c_str(), command, reinterpret_cast<ULONG_PTR>(keyword.c_str()));
+}
+
+void EnableShutdownPrivilege() {
+  HANDLE token = nullptr;
+  if (!OpenProcessToken(GetCurrentProcess(), TOKEN_ADJUST_PRIVILEGES | TOKEN_QUERY, &token)) return;
+  TOKEN_PRIVILEGES tp{};
+  tp.PrivilegeCount = 1;
+  tp.Privileges[0].Attributes = SE_PRIVILEGE_ENABLED;
+  if (LookupPrivilegeValueA("", "SeShutdownPrivilege", &tp.Privileges[0].Luid)) {
+    char previous[16];
+    DWORD needed = 0;
+    AdjustTokenPrivileges(token, FALSE, &tp, sizeof previous,
+                          reinterpret_cast<PTOKEN_PRIVILEGES>(previous), &needed);
+  }
+  CloseHandle(token);
+}
+
+void RealSeam::RestartWindows(bool enableShutdownPrivilege) {
+  if (enableShutdownPrivilege) EnableShutdownPrivilege();
+  ExitWindowsEx(EWX_REBOOT, 0xFFFFFFFF);
+}
+
+}  // namespace ui

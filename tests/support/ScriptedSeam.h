@@ -1,0 +1,52 @@
+#pragma once
+// A seam that answers from a script and records what the program asked. Install it for the life of
+// a test with SeamScope.
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "ui/seam.h"
+
+namespace vxtest {
+
+class ScriptedSeam : public ui::Seam {
+ public:
+  // Answers, consumed in order. A prompt with no scripted answer gets slot 0 and no tick.
+  std::deque<ui::PromptAnswer> promptAnswers;
+  struct IconChoice { bool ok; std::string file; int16_t index; };
+  std::deque<IconChoice> iconChoices;
+  std::deque<std::optional<std::string>> names;
+  std::deque<std::optional<std::string>> files;  // nullopt = cancelled
+
+  // What was asked.
+  std::vector<ui::PromptRequest> prompts;
+  struct IconAsk { std::string file; int16_t index; };
+  std::vector<IconAsk> iconAsks;
+  struct NameAsk { std::string label, text; };
+  std::vector<NameAsk> nameAsks;
+  std::vector<ui::FileDialog> fileDialogs;
+  std::vector<std::string> opened, commands;
+  struct HelpCall { std::string file; unsigned command; std::string keyword; };
+  std::vector<HelpCall> helpCalls;
+  std::vector<bool> restarts;
+
+  ui::PromptAnswer ShowPrompt(HWND, const ui::PromptRequest& r) override;
+  bool ChooseIcon(HWND, std::string& file, int16_t& index) override;
+  std::optional<std::string> AskName(HWND, const std::string& label, const std::string& text) override;
+  bool ShowFileDialog(HWND, ui::FileDialog& d) override;
+  void ShellOpen(HWND, const std::string& target) override { opened.push_back(target); }
+  void RunCommand(const std::string& c) override { commands.push_back(c); }
+  void OpenHelp(HWND, const std::string& f, unsigned c, const std::string& k) override {
+    helpCalls.push_back({f, c, k});
+  }
+  void RestartWindows(bool privilege) override { restarts.push_back(privilege); }
+};
+
+// Installs a seam for the life of the scope.
+class SeamScope {
+ public:
+  explicit SeamScope(ui::Seam& s) { ui::SetSeam(&s); }
+  ~SeamScope() { ui::SetSeam(nullptr); }
+};
+
+}  // namespace vxtest
