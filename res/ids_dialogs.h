@@ -1,2 +1,4 @@
 #pragma once
-// Dialogs: prompt (1000-1099), icon picker (1100-1199), rename box (1200-1299).
+// Dialogs: prompt (1000-1099), icon picker and rename box (1100-1299).
+#include "ids_prompt.h"
+#include "ids_picker.h"

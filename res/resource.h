@@ -9,3 +9,4 @@
 
 #include "ids_main.h"
 #include "ids_dialogs.h"
+#include "ids_art.h"

@@ -1,0 +1,2 @@
+#pragma once
+// Toolbar images (300-399).
