@@ -1,5 +1,8 @@
 // Placeholder until the rename box lands.
 #include "ui/seam.h"
 namespace ui {
-std::optional<std::string> RealSeam::AskName(HWND, const std::string&, const std::string&) { return std::nullopt; }
+std::optional<std::string> RealSeam::AskName(HWND, const std::string&, const std::string&,
+                                             const std::string&) {
+  return std::nullopt;
+}
 }

@@ -43,6 +43,10 @@ bool RealSeam::ShowFileDialog(HWND owner, FileDialog& dialog) {
   return true;
 }
 
+int RealSeam::ShowMessage(HWND owner, const std::string& text, const std::string& title, unsigned flags) {
+  return MessageBoxA(owner, text.c_str(), title.c_str(), flags);
+}
+
 void RealSeam::ShellOpen(HWND owner, const std::string& target) {
   ShellExecuteA(owner, "Open", target.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
 }

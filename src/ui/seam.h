@@ -46,9 +46,12 @@ class Seam {
   virtual PromptAnswer ShowPrompt(HWND owner, const PromptRequest& request) = 0;
   // The icon picker: in file and index, out the choice; false when the person cancelled.
   virtual bool ChooseIcon(HWND owner, std::string& file, int16_t& index) = 0;
-  // The rename box: label and starting text in; the accepted (non-empty) name out, or nothing.
-  virtual std::optional<std::string> AskName(HWND owner, const std::string& label,
-                                             const std::string& text) = 0;
+  // The rename box: label and starting text in; the accepted (non-empty) name out, or nothing when
+  // cancelled. An empty name is refused in the box itself, which then shows emptyReset again.
+  virtual std::optional<std::string> AskName(HWND owner, const std::string& label, const std::string& text,
+                                             const std::string& emptyReset) = 0;
+  // A plain system message box (MessageBoxA flags); returns the pressed button's id.
+  virtual int ShowMessage(HWND owner, const std::string& text, const std::string& title, unsigned flags) = 0;
   // Open and save dialogs; the chosen path comes back in dialog.initialFile.
   virtual bool ShowFileDialog(HWND owner, FileDialog& dialog) = 0;
   // Leaving the process: a document, address or program given to the shell's "Open" verb...
@@ -75,8 +78,9 @@ class RealSeam : public Seam {
  public:
   PromptAnswer ShowPrompt(HWND owner, const PromptRequest& request) override;
   bool ChooseIcon(HWND owner, std::string& file, int16_t& index) override;
-  std::optional<std::string> AskName(HWND owner, const std::string& label,
-                                     const std::string& text) override;
+  std::optional<std::string> AskName(HWND owner, const std::string& label, const std::string& text,
+                                     const std::string& emptyReset) override;
+  int ShowMessage(HWND owner, const std::string& text, const std::string& title, unsigned flags) override;
   bool ShowFileDialog(HWND owner, FileDialog& dialog) override;
   void ShellOpen(HWND owner, const std::string& target) override;
   void RunCommand(const std::string& commandLine) override;

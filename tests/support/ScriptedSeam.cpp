@@ -21,8 +21,17 @@ bool ScriptedSeam::ChooseIcon(HWND, std::string& file, int16_t& index) {
   return true;
 }
 
-std::optional<std::string> ScriptedSeam::AskName(HWND, const std::string& label, const std::string& text) {
-  nameAsks.push_back({label, text});
+int ScriptedSeam::ShowMessage(HWND, const std::string& text, const std::string& title, unsigned flags) {
+  messages.push_back({text, title, flags});
+  if (messageAnswers.empty()) return IDOK;
+  int a = messageAnswers.front();
+  messageAnswers.pop_front();
+  return a;
+}
+
+std::optional<std::string> ScriptedSeam::AskName(HWND, const std::string& label, const std::string& text,
+                                                 const std::string& emptyReset) {
+  nameAsks.push_back({label, text, emptyReset});
   if (names.empty()) return std::nullopt;
   auto n = names.front();
   names.pop_front();

@@ -22,7 +22,7 @@ class ScriptedSeam : public ui::Seam {
   std::vector<ui::PromptRequest> prompts;
   struct IconAsk { std::string file; int16_t index; };
   std::vector<IconAsk> iconAsks;
-  struct NameAsk { std::string label, text; };
+  struct NameAsk { std::string label, text, emptyReset; };
   std::vector<NameAsk> nameAsks;
   std::vector<ui::FileDialog> fileDialogs;
   std::vector<std::string> opened, commands;
@@ -32,7 +32,12 @@ class ScriptedSeam : public ui::Seam {
 
   ui::PromptAnswer ShowPrompt(HWND, const ui::PromptRequest& r) override;
   bool ChooseIcon(HWND, std::string& file, int16_t& index) override;
-  std::optional<std::string> AskName(HWND, const std::string& label, const std::string& text) override;
+  std::optional<std::string> AskName(HWND, const std::string& label, const std::string& text,
+                                     const std::string& emptyReset) override;
+  struct Message { std::string text, title; unsigned flags; };
+  std::vector<Message> messages;
+  std::deque<int> messageAnswers;  // default IDOK
+  int ShowMessage(HWND, const std::string& text, const std::string& title, unsigned flags) override;
   bool ShowFileDialog(HWND, ui::FileDialog& d) override;
   void ShellOpen(HWND, const std::string& target) override { opened.push_back(target); }
   void RunCommand(const std::string& c) override { commands.push_back(c); }

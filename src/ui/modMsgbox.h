@@ -1,0 +1,41 @@
+#pragma once
+// Every question, warning and notice of the program, one routine each, so the texts live in one
+// place. Each fills a prompt request and shows it through the seam (the frmPrompt dialog); the result
+// is the slot of the pressed button (slot 0 is the rightmost button).
+#include <windows.h>
+
+#include <string>
+
+#include "ui/seam.h"
+
+namespace modMsgbox {
+
+// Window that owns the prompts (the main window once it exists).
+void SetOwner(HWND owner);
+HWND Owner();
+
+// Shows any request; remembered prompts use ShowRemembered.
+ui::PromptAnswer Show(const ui::PromptRequest& request);
+// Shows the request unless the memory value under the program's Settings key reads 1 (then returns
+// -1); writes 1 there when the check box was ticked.
+int ShowRemembered(const ui::PromptRequest& request, const std::string& memoryValue);
+
+int RestartLater();
+int ColourDepth();
+int NotepadOnAllFiles();
+int HideNetworkNeighborhood();
+int DisableDesktop();
+int RestoreAllPointers(const std::string& editionName);
+int RestoreAllIcons(const std::string& editionName);
+int RestoreAllSettings(const std::string& editionName);
+int SaveBeforeClosing();
+int InvalidTheme(const std::string& fileName);
+int OverwriteTheme(const std::string& themeName);  // -1 when remembered
+int RestartNow();
+int RebuildNotice(const std::string& editionName);  // -1 when remembered
+int EmptyName();
+int RemoveDesktopIni();
+int RemoveAutorunInf();
+int NothingToRestore();
+
+}  // namespace modMsgbox
