@@ -1,0 +1,153 @@
+#include "ui/modMsgbox.h"
+
+#include "registry/modRegistry.h"
+
+namespace modMsgbox {
+namespace {
+
+constexpr const char* kSettingsKey = "HKEY_CURRENT_USER\\Software\\Quenby\\Vexillor\\Settings";
+constexpr const char* kSureContinue = "Are you sure you want to continue?";
+constexpr const char* kSureChange = "Are you sure you want to change this setting?";
+
+HWND g_owner = nullptr;
+
+std::string Paragraphs(std::initializer_list<std::string> parts) {
+  std::string text;
+  for (const auto& p : parts) {
+    if (!text.empty()) text += "\n\n";
+    text += p;
+  }
+  return text;
+}
+
+ui::PromptRequest Request(std::string message, std::string slot0, std::string slot1, std::string slot2,
+                          const char* icon) {
+  ui::PromptRequest r;
+  r.message = std::move(message);
+  r.buttons = {std::move(slot0), std::move(slot1), std::move(slot2)};
+  r.icon = icon;
+  return r;
+}
+
+int Ask(std::string message, std::string slot0, std::string slot1, std::string slot2, const char* icon) {
+  return Show(Request(std::move(message), std::move(slot0), std::move(slot1), std::move(slot2), icon)).result;
+}
+
+int AskRestore(const std::string& editionName, const char* what) {
+  return Ask(Paragraphs({"Restoring all your " + editionName + what +
+                             " will return them to Microsoft setup defaults.",
+                         kSureContinue}),
+             "Cancel", "OK", "", ui::kIconQuestion);
+}
+
+}  // namespace
+
+void SetOwner(HWND owner) { g_owner = owner; }
+HWND Owner() { return g_owner; }
+
+ui::PromptAnswer Show(const ui::PromptRequest& request) { return ui::GetSeam().ShowPrompt(g_owner, request); }
+
+int ShowRemembered(const ui::PromptRequest& request, const std::string& memoryValue) {
+  if (modRegistry::GetDword(kSettingsKey, memoryValue) == 1) return -1;
+  ui::PromptAnswer answer = Show(request);
+  if (answer.doNotShow) modRegistry::SaveDword(kSettingsKey, memoryValue, 1);
+  return answer.result;
+}
+
+int RestartLater() {
+  return Ask("One or more of these changes you have made will only take effect the next time you start Windows.",
+             "OK", "", "", ui::kIconInformation);
+}
+
+int ColourDepth() {
+  return Ask(Paragraphs({"Your display is currently configured for 256 colours or less.",
+                         "To use high colour icons, your display's colour palette must be set to either High "
+                         "Colour or True Colour.",
+                         "You can change your colour palette settings by selecting the \"Settings...\" button "
+                         "below."}),
+             "&Settings...", "OK", "", ui::kIconStop);
+}
+
+int NotepadOnAllFiles() {
+  return Ask(Paragraphs({"Adding Notepad to all files causes conflicts with the Microsoft Office shortcut bar.",
+                         kSureChange}),
+             "Cancel", "OK", "", ui::kIconQuestion);
+}
+
+int HideNetworkNeighborhood() {
+  return Ask(Paragraphs({"Hiding Network Neighborhood disables shell support for Universal Naming Convention "
+                         "(UNC) notation.",
+                         kSureChange}),
+             "&Help", "Cancel", "OK", ui::kIconExclamation);
+}
+
+int DisableDesktop() {
+  return Ask(Paragraphs({"Disabling the Desktop causes a conflict with Internet Explorer 4.0 which may make this "
+                         "change irreversable.",
+                         kSureChange}),
+             "Cancel", "OK", "", ui::kIconExclamation);
+}
+
+int RestoreAllPointers(const std::string& editionName) { return AskRestore(editionName, " pointers"); }
+int RestoreAllIcons(const std::string& editionName) { return AskRestore(editionName, " system icons"); }
+int RestoreAllSettings(const std::string& editionName) { return AskRestore(editionName, " system settings"); }
+
+int SaveBeforeClosing() {
+  return Ask("Would you like to save your changes before closing?", "&Cancel", "No", "Yes", ui::kIconQuestion);
+}
+
+int InvalidTheme(const std::string& fileName) {
+  return Ask("The file " + fileName + " does not appear to be a valid theme file.", "OK", "", "", ui::kIconStop);
+}
+
+int OverwriteTheme(const std::string& themeName) {
+  ui::PromptRequest r = Request(
+      Paragraphs({"Are you sure you want to overwrite the Icon Theme:", themeName,
+                  "If you tick the box below, theme files will automatically be overwritten when you click save."}),
+      "&Cancel", "No", "Yes", ui::kIconQuestion);
+  r.checkBox = "Do not ask me this question next time";
+  return ShowRemembered(r, "Dialog Overwrite");
+}
+
+int RestartNow() {
+  return Ask(Paragraphs({"You will need to restart your computer for one or more of these changes to take effect.",
+                         "Would you like to restart your computer now?"}),
+             "No", "Yes", "", ui::kIconQuestion);
+}
+
+int RebuildNotice(const std::string& editionName) {
+  ui::PromptRequest r = Request(
+      Paragraphs({"Vexillor has notified " + editionName + " of your changes.",
+                  "Windows 95 and Windows NT contains flaws that can cause these changes to be ignored under "
+                  "certain conditions.",
+                  "If your changes are not applied you will need to select the \"Rebuild Icon Cache\" option "
+                  "from the File menu.",
+                  "For more information about this problem, please select the \"Help\" button below."}),
+      "&Help", "OK", "", ui::kIconExclamation);
+  r.checkBox = "Do not show this dialog again";
+  r.helpTopic = 4600;
+  return ShowRemembered(r, "Dialog Rebuild");
+}
+
+int EmptyName() {
+  return Ask("You must provide a name for your system icon.", "OK", "", "", ui::kIconExclamation);
+}
+
+int RemoveDesktopIni() {
+  return Ask(Paragraphs({"Restoring this icon will remove the 'desktop.ini' file from the selected folder.",
+                         kSureContinue}),
+             "Cancel", "OK", "", ui::kIconQuestion);
+}
+
+int RemoveAutorunInf() {
+  return Ask(Paragraphs({"Restoring this icon will remove the 'autorun.inf' file from the selected hard drive.",
+                         kSureContinue}),
+             "Cancel", "OK", "", ui::kIconQuestion);
+}
+
+int NothingToRestore() {
+  return Ask("You must select a customised folder or hard drive before it can be restored to the default icon.",
+             "OK", "", "", ui::kIconInformation);
+}
+
+}  // namespace modMsgbox
