@@ -1,0 +1,61 @@
+#pragma once
+// The fixed catalogue of customisable icons: for every entry, its tab, caption, key, where Windows
+// stores its current icon, its Windows default and the condition under which it is listed at all.
+// The item keys are the program's vocabulary: the lists, Apply and the theme files all use them.
+#include <array>
+#include <string>
+#include <vector>
+
+#include "system/Environment.h"
+
+namespace ui {
+class ListBoxIcons;
+}
+
+namespace vx {
+
+// Tabs of the main window, 1-based as the tab strip counts them.
+enum TabIndex : int {
+  kTabShell = 1,
+  kTabDesktop = 2,
+  kTabStart = 3,
+  kTabFolders = 4,
+  kTabDrives = 5,
+  kTabOthers = 6,
+  kTabSystem = 7,
+  kTabExplorer = 8,
+  kTabPointers = 9,
+};
+
+// The icon lists, indexed by tab (entries 0, 1 and 8 stay null).
+using IconLists = std::array<ui::ListBoxIcons*, 10>;
+
+inline constexpr const char* kShellIconsKey =
+    "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\explorer\\Shell Icons";
+inline constexpr const char* kCursorsKey = "HKEY_CURRENT_USER\\Control Panel\\Cursors";
+
+// One listed entry, with every condition already resolved for the running environment.
+struct IconItem {
+  int tab = 0;
+  std::string caption;       // shown text (display name for class-keyed desktop items)
+  std::string key;           // fixed identifier
+  std::string storageKey;    // registry key path holding the current location
+  std::string storageValue;  // value name ("" = the key's default value)
+  std::string classKey;      // class key of renamable items and desktop items ("" otherwise)
+  std::string className;     // document types: the class read from the extension key
+  std::string defaultFile;   // Windows default icon file
+  int defaultIndex = 0;      // Windows default icon index (pointers: n, in the program's own exe)
+};
+
+// Every entry listed in this environment, in list order per tab. Reads the registry for the
+// conditions (class names of document types, "\ShellFolder" keys) and display names.
+std::vector<IconItem> BuildCatalogue(const Environment& env);
+
+// Fills every icon list with its entries and their current icons read from the registry; returns the
+// catalogue it used, which the main window keeps for the run (defaults, class keys, class names).
+std::vector<IconItem> Add_Icons(const Environment& env, const IconLists& lists);
+
+// The entry with the given key on the given tab, or nullptr.
+const IconItem* FindItem(const std::vector<IconItem>& catalogue, int tab, const std::string& key);
+
+}  // namespace vx
