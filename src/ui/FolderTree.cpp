@@ -319,8 +319,9 @@ void FolderTree::Populate(HTREEITEM item, bool recurse) {
   }
   if (!recurse) return;
 
-  HTREEITEM sel = TreeView_GetSelection(tree_);
   for (HTREEITEM c : kept) {
+    // Asked afresh each time: reading a sibling may have deleted the selected item.
+    HTREEITEM sel = TreeView_GetSelection(tree_);
     bool holdsSelection = false;
     for (HTREEITEM s = sel ? TreeView_GetParent(tree_, sel) : nullptr; s; s = TreeView_GetParent(tree_, s))
       if (s == c) holdsSelection = true;
@@ -385,13 +386,25 @@ bool FolderTree::SetPath(const std::string& path) {
 void FolderTree::Refresh() {
   if (!tree_) return;
   std::string before = Path();
-  ++quiet_;
+  ReadAgain();
+  InvalidateRect(tree_, nullptr, TRUE);
+  if (Path() != before && Click) Click();
+}
+
+void FolderTree::ReadAgain() {
+  struct Quiet {  // no Click while items come and go; Refresh reports the outcome once
+    int& n;
+    explicit Quiet(int& count) : n(count) { ++n; }
+    ~Quiet() { --n; }
+  } quiet(quiet_);
+
+  std::string before = Path();
   ReadHiddenSettings();
   FillDrives();
-  HTREEITEM sel = TreeView_GetSelection(tree_);
-  HTREEITEM selRoot = sel;
-  while (selRoot && TreeView_GetParent(tree_, selRoot)) selRoot = TreeView_GetParent(tree_, selRoot);
   for (HTREEITEM r = TreeView_GetRoot(tree_); r; r = TreeView_GetNextSibling(tree_, r)) {
+    HTREEITEM sel = TreeView_GetSelection(tree_);
+    HTREEITEM selRoot = sel;
+    while (selRoot && TreeView_GetParent(tree_, selRoot)) selRoot = TreeView_GetParent(tree_, selRoot);
     bool expanded = (TreeView_GetItemState(tree_, r, TVIS_EXPANDED) & TVIS_EXPANDED) != 0;
     if (expanded || (r == selRoot && sel != r))
       Populate(r, true);
@@ -407,9 +420,6 @@ void FolderTree::Refresh() {
       p = cut <= 2 ? p.substr(0, 3) : p.substr(0, cut);
     }
   }
-  --quiet_;
-  InvalidateRect(tree_, nullptr, TRUE);
-  if (Path() != before && Click) Click();
 }
 
 bool FolderTree::HandleNotify(const NMHDR* hdr, LRESULT& result) {

@@ -72,6 +72,8 @@ class FolderTree {
   void Populate(HTREEITEM item, bool recurse);
   // Forgets the children of a collapsed node so that its next expansion reads them anew.
   void Forget(HTREEITEM item);
+  // Refresh without its Click.
+  void ReadAgain();
   HTREEITEM FindChild(HTREEITEM parent, const std::string& name) const;
   void ResetDisplay(HTREEITEM item);
   void ReadHiddenSettings();

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include "registry/modRegistry.h"
+#include "support/RegistryScope.h"
 #include "ui/FolderTree.h"
 #include "ui/Splitter.h"
 #include "ui/win.h"
@@ -301,6 +303,56 @@ TEST_F(FolderTreeTest, RefreshAddsAndDropsFoldersKeepingSelectionAndExpansion) {
   EXPECT_EQ(Children(vx), (std::vector<std::string>{"Keep", "New"}));
 }
 
+// Puts the user's Explorer choices back as they were when the test ends.
+class ExplorerChoices {
+ public:
+  static constexpr const char* kKey =
+      "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Advanced";
+  ExplorerChoices() {
+    for (Saved& v : saved_) v.had = vxtest::ReadRaw(kKey, v.name, v.type, v.bytes);
+  }
+  ~ExplorerChoices() {
+    for (const Saved& v : saved_) v.had ? vxtest::WriteRaw(kKey, v.name, v.type, v.bytes) : Set(v.name, -1);
+  }
+  // -1 removes the value.
+  static void Set(const std::string& name, int value) {
+    if (value < 0) modRegistry::DeleteValue(kKey, name);
+    else modRegistry::SaveDword(kKey, name, value);
+  }
+
+ private:
+  struct Saved { std::string name; bool had = false; DWORD type = 0; std::string bytes; };
+  Saved saved_[2] = {{"Hidden", false, 0, {}}, {"ShowSuperHidden", false, 0, {}}};
+};
+
+// The user's Explorer choices decide which hidden folders show; the tree reads them again on Refresh.
+TEST_F(FolderTreeTest, HiddenFoldersFollowTheUsersExplorerChoices) {
+  ExplorerChoices keep;
+  Make("Hid");
+  Make("Prot");
+  SetFileAttributesA("C:\\vxtree\\Hid", FILE_ATTRIBUTE_HIDDEN);
+  SetFileAttributesA("C:\\vxtree\\Prot", FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
+  ExplorerChoices::Set("Hidden", 2);
+  CreateTree();
+  ASSERT_TRUE(tree.SetPath("C:\\vxtree\\A"));
+  HTREEITEM vx = Child(DriveC(), "vxtree");
+
+  struct Case { int hidden, super; std::vector<std::string> shown; };
+  const Case cases[] = {
+      {2, 0, {"A"}},                  // Explorer's default: hidden things stay hidden
+      {1, 0, {"A", "Hid"}},           // hidden shown, protected system folders not
+      {1, 1, {"A", "Hid", "Prot"}},
+      {1, -1, {"A", "Hid", "Prot"}},  // no such choice (Windows 95, 98): showing hidden shows all
+      {-1, -1, {"A"}},
+  };
+  for (const Case& c : cases) {
+    ExplorerChoices::Set("Hidden", c.hidden);
+    ExplorerChoices::Set("ShowSuperHidden", c.super);
+    tree.Refresh();
+    EXPECT_EQ(Children(vx), c.shown) << c.hidden << " " << c.super;
+  }
+}
+
 TEST_F(FolderTreeTest, SetPathFindsAFolderMadeAfterItsParentWasRead) {
   CreateTree();
   ASSERT_TRUE(tree.SetPath("C:\\vxtree\\A"));
@@ -327,9 +379,14 @@ TEST_F(FolderTreeTest, DISABLED_Show) {
   Make("Documents");
   Make("Pictures\\Holidays");
   Make("A very long folder name that does not fit into the pane");
-  CreateTree();
+  // Laid out as on the Explorer tab: the tree at its narrow width, the bar on its right edge, and a
+  // list beside it standing in for the folder's icon list.
+  ASSERT_TRUE(tree.Create(w.host.hwnd(), 100, 6, 6, ui::kTreeMinWidth / 15, 420));
+  int barLeft = ui::SplitterLeft(6 * 15, ui::kTreeMinWidth) / 15;
   ui::Splitter bar;
-  bar.Create(w.host.hwnd(), 101, 317, 0, 4, 440);
+  bar.Create(w.host.hwnd(), 101, barLeft, 6, 6, 420);
+  CreateWindowExA(WS_EX_CLIENTEDGE, "LISTBOX", "", WS_CHILD | WS_VISIBLE, barLeft + 6, 6, 160, 420,
+                  w.host.hwnd(), nullptr, GetModuleHandleA(nullptr), nullptr);
   ASSERT_TRUE(tree.SetPath("C:\\vxtree\\Pictures"));
   TreeView_Expand(tree.hwnd(), DriveC(), TVE_EXPAND);
   SetFocus(tree.hwnd());
