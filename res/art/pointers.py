@@ -96,8 +96,8 @@ def help_select(cv, g):
 
 
 def working(cv, g):
-    cv.outlined(arrow_shape(g, 3, 2, 0.9), WHITE, BLACK, g.lw)
-    hourglass(cv, g, (17, 14, 29, 30))
+    cv.outlined(arrow_shape(g, 3, 2, 0.88), WHITE, BLACK, g.lw)
+    hourglass(cv, g, (18, 15, 30, 30))
 
 
 def busy(cv, g):
@@ -154,7 +154,8 @@ def resize(angle):
 
 
 def move(cv, g):
-    arms = double_arrow(g, 13, 4.6, 5.2)
+    # At 16 px the heads need a little more room to stay arrow-shaped around the crossing.
+    arms = double_arrow(g, 14, 5.2, 5.2) if g.size <= 16 else double_arrow(g, 13, 4.6, 5.2)
     shape = transform(arms, dx=g.c, dy=g.c) + transform(arms, rotate=90, dx=g.c, dy=g.c)
     cv.outlined(shape, WHITE, BLACK, g.lw)
 

@@ -258,25 +258,35 @@ def group_open(cv, g):
     folder(cv, g, True)
 
 
-def slider(cv, g, muted):
+DIGITS = {  # a 3 x 5 pixel face, sharp at 16 px where a scaled font would smear
+    '1': ('.#.', '##.', '.#.', '.#.', '###'),
+    '2': ('##.', '..#', '.#.', '#..', '###'),
+    '3': ('##.', '..#', '.#.', '..#', '##.'),
+}
+
+
+def number_field(cv, g, muted):
+    """An entry field holding "123"."""
+    tone = (lambda c: mix(c, rgb('#c8c8c8'), 0.7)) if muted else (lambda c: c)
     k = g.k
-    tone = (lambda c: mix(c, rgb('#c8c8c8'), 0.75)) if muted else (lambda c: c)
-    cv.fill(g.q(rect(1, 7, 15, 8)), tone(rgb('#7a7a7a')))
-    cv.fill(g.q(rect(1, 8, 15, 9)), tone(WHITE))
-    for x in (2, 5, 8, 11, 14):
-        cv.fill(rect(round(x * k), 13 * k, round(x * k) + 1, 15 * k), tone(rgb('#6a6a6a')))
-    knob = g.q([[(4, 2), (9, 2), (9, 10), (6.5, 12), (4, 10)]])
-    outlined(cv, knob, vgrad(tone(BLUE_LIGHT), tone(BLUE), 2 * k, 12 * k), tone(BLUE_DARK))
+    outlined(cv, g.q(rect(2, 5, 14, 12)), tone(WHITE) if not muted else rgb('#f0f0f0'), tone(rgb('#4a5a6c')))
+    ink = tone(rgb('#1a3a8a'))
+    for i, ch in enumerate('123'):
+        for row, bits in enumerate(DIGITS[ch]):
+            for col, bit in enumerate(bits):
+                if bit == '#':
+                    x, y = (3 + 4 * i + col) * k, (6 + row) * k
+                    cv.fill(rect(round(x), round(y), round(x + k), round(y + k)), ink)
 
 
 @tile
 def numeric(cv, g):
-    slider(cv, g, False)
+    number_field(cv, g, False)
 
 
 @tile
 def numeric_overridden(cv, g):
-    slider(cv, g, True)
+    number_field(cv, g, True)
 
 
 def check_box(cv, g, border, face):
