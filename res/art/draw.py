@@ -7,6 +7,7 @@
 import os
 import sys
 
+sys.dont_write_bytecode = True  # runs from the source tree at every build; leave it clean
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from icofile import bmp_bytes, ico_bytes, png_bytes  # noqa: E402
 from pointers import pointer  # noqa: E402

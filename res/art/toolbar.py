@@ -5,7 +5,7 @@ sharp at both sizes; round parts are scaled freely.
 """
 import math
 
-from raster import (BLACK, WHITE, Canvas, arc, ellipse, mix, rect, rgb, rrect, stroke, transform)
+from raster import BLACK, WHITE, Canvas, arc, ellipse, mix, rect, rgb, stroke, transform
 
 
 class Grid:
@@ -133,8 +133,7 @@ def straight_arrow(g, flip):
     pts = [(1, 8), (8, 1), (8, 5), (15, 5), (15, 11), (8, 11), (8, 15)]
     if flip:
         pts = [(16 - x, y) for x, y in pts]
-    shape = [[(x * g.k, y * g.k) for x, y in pts]]
-    return transform(shape, dx=0, dy=0)
+    return [[(x * g.k, y * g.k) for x, y in pts]]
 
 
 @tile
@@ -166,12 +165,12 @@ def restore_icons(cv, g):
     cv.fill(g.q([[(2, 10), (2, 8), (5, 5), (8, 8), (10, 7), (10, 10)]]), rgb('#3c9a3c'))
     # ... and an arrow turning back.
     shape = curved_arrow(g, 10.5, 10, 3.6, -60, 160, 2.0, 4.6)
-    cv.erase([[(x, y) for x, y in c] for c in stroke_outline(shape, 2)])
+    cv.erase(grown(shape, 2))  # a clear gap between arrow and picture
     outlined(cv, shape, vgrad(GREEN_LIGHT, GREEN, 7 * g.k, 15 * g.k), GREEN_DARK)
 
 
-def stroke_outline(shape, width):
-    """The shape grown by width pixels (for clear gaps)."""
+def grown(shape, width):
+    """The shape grown by width pixels all round."""
     out = list(shape)
     for c in shape:
         out += stroke(c, 2 * width, closed=True)

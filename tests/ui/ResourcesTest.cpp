@@ -123,7 +123,7 @@ struct GroupHeader {
 };
 #pragma pack(pop)
 
-TEST(Resources, EachIconHasSixteenThirtyTwoAndFortyEightPixelImagesWithAlpha) {
+TEST(Resources, EachIconHasSixteenThirtyTwoAndFortyEightPixelImagesWithAlphaAndMask) {
   HMODULE self = GetModuleHandleA(nullptr);
   for (int id = IDI_PROGRAM; id < IDI_POINTER_FIRST + 15; ++id) {
     HRSRC res = FindResourceA(self, MAKEINTRESOURCEA(id), MAKEINTRESOURCEA(14));  // RT_GROUP_ICON
@@ -138,6 +138,34 @@ TEST(Resources, EachIconHasSixteenThirtyTwoAndFortyEightPixelImagesWithAlpha) {
       sizes.insert(entries[i].width);
     }
     EXPECT_EQ(sizes, (std::set<int>{16, 32, 48})) << id;
+
+    // Systems that ignore alpha draw through the AND mask: it must be set exactly where alpha is 0.
+    int partial = 0;
+    for (int i = 0; i < header->count; ++i) {
+      HRSRC image = FindResourceA(self, MAKEINTRESOURCEA(entries[i].id), MAKEINTRESOURCEA(3));  // RT_ICON
+      ASSERT_TRUE(image) << id;
+      auto* info = static_cast<const BITMAPINFOHEADER*>(LockResource(LoadResource(self, image)));
+      const int size = entries[i].width;
+      ASSERT_EQ(info->biWidth, size);
+      ASSERT_EQ(info->biHeight, 2 * size);
+      ASSERT_EQ(info->biBitCount, 32);
+      const BYTE* xorBits = reinterpret_cast<const BYTE*>(info + 1);
+      const BYTE* andBits = xorBits + size * size * 4;
+      const int stride = (size + 31) / 32 * 4;
+      ASSERT_EQ(SizeofResource(self, image), sizeof(*info) + size * size * 4 + stride * size);
+      int clear = 0;
+      for (int y = 0; y < size; ++y) {
+        for (int x = 0; x < size; ++x) {
+          BYTE alpha = xorBits[(y * size + x) * 4 + 3];
+          bool masked = andBits[y * stride + x / 8] & (0x80 >> (x % 8));
+          EXPECT_EQ(masked, alpha == 0) << "icon " << id << " size " << size << " at " << x << "," << y;
+          clear += alpha == 0;
+          partial += alpha > 0 && alpha < 255;
+        }
+      }
+      EXPECT_GT(clear, size * size / 8) << "icon " << id << " size " << size;
+    }
+    EXPECT_GT(partial, 16) << "icon " << id << " has no smoothed edges";
   }
 }
 
