@@ -66,6 +66,14 @@ def hourglass_shape(x0, y0, x1, y1):
     return plates, [glass], sand
 
 
+def grown(shape, width):
+    """The shape grown by width pixels all round."""
+    out = list(shape)
+    for c in shape:
+        out += stroke(c, 2 * width, closed=True)
+    return out
+
+
 def hourglass(cv, g, box):
     plates, glass, sand = hourglass_shape(*box)
     cv.outlined(g.s(plates + glass), WHITE, BLACK, g.lw)
@@ -79,7 +87,9 @@ SAND = rgb('#3a3a3a')
 def double_arrow(g, length, head, head_len):
     """A vertical double-headed arrow centred on the origin, in pixels: its shaft stays on whole pixels
     when the arrow is moved to a pixel centre."""
-    L, H, T, w = length * g.k, head * g.k, head_len * g.k, g.hw
+    H, T, w = head * g.k, head_len * g.k, g.hw
+    # The heads' flat backs sit on pixel edges too: half a pixel off the centre line's pixel centre.
+    L = round((length - head_len) * g.k) + 0.5 + T
     return [[(0, -L), (H, -L + T), (w, -L + T), (w, L - T), (H, L - T), (0, L), (-H, L - T), (-w, L - T),
              (-w, -L + T), (-H, -L + T)]]
 
@@ -87,7 +97,7 @@ def double_arrow(g, length, head, head_len):
 # --- the fifteen images ------------------------------------------------------------------------------
 
 def normal_select(cv, g):
-    cv.outlined(arrow_shape(g, 9, 4), WHITE, BLACK, g.lw)
+    cv.outlined(arrow_shape(g, 8, 3), WHITE, BLACK, g.lw)
 
 
 def help_select(cv, g):
@@ -96,12 +106,15 @@ def help_select(cv, g):
 
 
 def working(cv, g):
-    cv.outlined(arrow_shape(g, 3, 2, 0.88), WHITE, BLACK, g.lw)
-    hourglass(cv, g, (18, 15, 30, 30))
+    cv.outlined(arrow_shape(g, 2, 1), WHITE, BLACK, g.lw)
+    box = (18, 16, 30, 30)
+    plates, glass, _ = hourglass_shape(*box)
+    cv.erase(grown(g.s(plates + glass), g.lw + 1))  # the hourglass stands in front of the arrow
+    hourglass(cv, g, box)
 
 
 def busy(cv, g):
-    hourglass(cv, g, (8, 3, 24, 29))
+    hourglass(cv, g, (8, 2, 24, 30))
 
 
 def precision(cv, g):
@@ -143,7 +156,10 @@ def unavailable(cv, g):
     # Small sizes need a relatively heavier ring and bar to survive their outline.
     ro, ri, bh = (6.8, 4.3, 1.0) if g.size <= 16 else (12 * g.k, 8.2 * g.k, 1.9 * g.k)
     bar = transform(rect(-ri - 0.5, -bh, ri + 0.5, bh), rotate=45, dx=c, dy=c)
-    cv.outlined(ring(c, c, ro, ri) + bar, WHITE, BLACK, g.lw)
+    if g.size <= 16:  # too small for a hollow ring: solid, with a white rim
+        cv.outlined(ring(c, c, ro - 0.3, ri + 0.3) + bar, BLACK, WHITE, g.lw)
+    else:
+        cv.outlined(ring(c, c, ro, ri) + bar, WHITE, BLACK, g.lw)
 
 
 def resize(angle):
@@ -162,8 +178,9 @@ def move(cv, g):
 
 def alternate(cv, g):
     c, k = g.c, g.k
-    head = [(c, 3 * k), (c + 8 * k, 13 * k), (c + g.hw, 13 * k), (c + g.hw, 29 * k), (c - g.hw, 29 * k),
-            (c - g.hw, 13 * k), (c - 8 * k, 13 * k)]
+    base, end = round(13 * k), round(29 * k)
+    head = [(c, 3 * k), (c + 8 * k, base), (c + g.hw, base), (c + g.hw, end), (c - g.hw, end),
+            (c - g.hw, base), (c - 8 * k, base)]
     cv.outlined([head], WHITE, BLACK, g.lw)
 
 
