@@ -30,8 +30,7 @@ def program_icon(size):
         # Light where the cloth turns towards the viewer, dark in its folds.
         u = (px / k - x0) / (x1 - x0)
         t = math.cos(u * 2 * math.pi * 0.9 + 0.4)
-        base = mix(CLOTH, CLOTH_LIGHT, t * 0.8) if t > 0 else mix(CLOTH, CLOTH_DARK, -t * 0.8)
-        return base
+        return mix(CLOTH, CLOTH_LIGHT, t * 0.8) if t > 0 else mix(CLOTH, CLOTH_DARK, -t * 0.8)
 
     # The pole, with a gold ball on top.
     pw = max(2.0, 2.6 * k)
@@ -41,7 +40,9 @@ def program_icon(size):
             lambda x, y: mix(POLE_LIGHT, POLE_DARK, abs(x - px0) / pw))
     r = max(1.6, 2.6 * k)
     cv.fill(ellipse(px0, 3 * k + 0.5, r + 0.7), GOLD_DARK)
-    cv.fill(ellipse(px0 - 0.3 * k, 3 * k + 0.2, r), lambda x, y: mix(rgb('#fff3b0'), GOLD, min(1, math.hypot(x - px0 + r * 0.4, y - 3 * k + r * 0.2) / r)))
+    shine = rgb('#fff3b0')
+    cv.fill(ellipse(px0 - 0.3 * k, 3 * k + 0.2, r),
+            lambda x, y: mix(shine, GOLD, min(1, math.hypot(x - px0 + r * 0.4, y - 3 * k + r * 0.2) / r)))
 
     # The cloth with a dark edge so that it stands out on white and on grey alike.
     edge = max(1.0, 0.9 * k)
