@@ -15,6 +15,10 @@ namespace ui {
 // comma returns "" and changes neither argument.
 std::string SplitIconLocation(std::string& location, int16_t& index);
 
+// The face name inside the shell's stored icon-title font record (the raw bytes of the "IconFont"
+// value): the first run of two or more bytes from 32 to 125; a lone such byte is skipped.
+std::string FaceNameFromFontRecord(const std::string& bytes);
+
 class ListBoxIcons {
  public:
   static constexpr int kCapacity = 19;
@@ -75,6 +79,10 @@ class ListBoxIcons {
   int SurfaceHeight() const;
   int ScrollValue() const;
   int ScrollMax() const;
+  // A pixel of lstMain's picture (the back buffer that WM_PAINT shows), and the width of a text
+  // in the caption font.
+  COLORREF Pixel(int x, int y) const;
+  int CaptionWidth(const std::string& text) const;
 
  private:
   struct Impl;

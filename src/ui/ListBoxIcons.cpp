@@ -1,0 +1,687 @@
+#include "ui/ListBoxIcons.h"
+
+#include <shellapi.h>
+#include <windowsx.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <stdexcept>
+
+#include "registry/modCommon.h"
+#include "ui/win.h"
+
+namespace ui {
+
+namespace {
+
+constexpr int kRow = ListBoxIcons::kRowHeight;
+constexpr int kIconLeft = 15;
+constexpr int kIconTop = 9;
+constexpr int kCaptionTop = 20;
+constexpr int kCaptionArea = 40;   // captions are centred between here and the right edge
+constexpr int kTooWideMargin = 60;  // a caption wider than the surface less this is cut
+constexpr int kPageStep = 200;
+constexpr int kDragStep = 5;
+constexpr int kBorder = 4;       // Container's client edge, two pixels a side
+constexpr int kListOverlap = 3;  // lstMain runs one pixel under the scroll bar
+constexpr size_t kCutWhenAdded = 20;
+constexpr size_t kCutWhenRedrawn = 25;
+constexpr UINT kCaptionFlags = DT_SINGLELINE | DT_NOCLIP | DT_NOPREFIX;
+
+// The empty list is 250 pixels high: five rows fit before AddItem starts growing it at the sixth
+// item, so every height it takes is a whole number of rows.
+constexpr int kEmptyHeight = 5 * kRow;
+
+const char* const kContainerClass = "VxListBoxIcons";
+const char* const kSurfaceClass = "VxListBoxIconsSurface";
+const char* const kMetricsKey = "Control Panel\\desktop\\WindowMetrics";
+
+// The visual-basic shift mask: 1 Shift, 2 Ctrl, 4 Alt.
+int ShiftState() {
+  int s = 0;
+  if (GetKeyState(VK_SHIFT) < 0) s |= 1;
+  if (GetKeyState(VK_CONTROL) < 0) s |= 2;
+  if (GetKeyState(VK_MENU) < 0) s |= 4;
+  return s;
+}
+
+// A rectangle outlined and filled in one colour, as the rows' erase and highlight bands are.
+void Band(HDC dc, int left, int top, int right, int bottom, COLORREF color) {
+  Handle<HGDIOBJ, GdiTraits> pen(CreatePen(PS_SOLID, 1, color));
+  Handle<HGDIOBJ, GdiTraits> brush(CreateSolidBrush(color));
+  SelectScope p(dc, pen.get());
+  SelectScope b(dc, brush.get());
+  Rectangle(dc, left, top, right, bottom);
+}
+
+LOGFONTA IconTitleFont() {
+  LOGFONTA lf{};
+  if (!SystemParametersInfoA(SPI_GETICONTITLELOGFONT, sizeof lf, &lf, 0)) {
+    WindowDc screen(nullptr);
+    lf.lfHeight = -MulDiv(8, GetDeviceCaps(screen.get(), LOGPIXELSY), 72);
+    lf.lfWeight = FW_NORMAL;
+    lf.lfCharSet = DEFAULT_CHARSET;
+    lstrcpynA(lf.lfFaceName, "MS Sans Serif", LF_FACESIZE);
+  }
+  return lf;
+}
+
+}  // namespace
+
+// The face name inside a stored font record: the first run of two or more characters from 32 to
+// 125. A lone printable byte is a stray piece of the numeric fields in front of the name.
+std::string FaceNameFromFontRecord(const std::string& bytes) {
+  std::string name;
+  for (unsigned char c : bytes) {
+    if (c >= 32 && c <= 125) {
+      name += static_cast<char>(c);
+    } else if (name.size() == 1) {
+      name.clear();
+    } else if (name.size() >= 2) {
+      break;
+    }
+  }
+  return name;
+}
+
+std::string SplitIconLocation(std::string& location, int16_t& index) {
+  size_t comma = location.rfind(',');
+  if (comma == std::string::npos) return "";
+  // Read the number the way a 16-bit integer conversion of the text would: leading blanks, a sign,
+  // digits up to the first other character, wrapped to 16 bits; text without digits is 0.
+  const std::string tail = location.substr(comma + 1);
+  size_t i = 0;
+  while (i < tail.size() && (tail[i] == ' ' || tail[i] == '\t')) ++i;
+  bool negative = false;
+  if (i < tail.size() && (tail[i] == '-' || tail[i] == '+')) negative = tail[i++] == '-';
+  uint32_t value = 0;
+  for (; i < tail.size() && tail[i] >= '0' && tail[i] <= '9'; ++i)
+    value = (value * 10 + static_cast<uint32_t>(tail[i] - '0')) & 0xFFFF;
+  if (negative) value = (0x10000 - value) & 0xFFFF;
+  index = static_cast<int16_t>(static_cast<uint16_t>(value));
+  location.resize(comma);
+  return location;
+}
+
+struct ListBoxIcons::Impl {
+  struct Item {
+    std::string caption, iconPath, key, listIndex, infoTip;
+    int16_t iconIndex = 0;
+  };
+
+  // The outer frame: lays out its two children and forwards the scroll bar's requests.
+  class ContainerWindow : public Window {
+   public:
+    explicit ContainerWindow(Impl& impl) : impl_(impl) {}
+
+   protected:
+    LRESULT HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override {
+      switch (msg) {
+        case WM_SIZE:
+          impl_.Layout();
+          return 0;
+        case WM_VSCROLL:
+          impl_.OnScroll(LOWORD(wp));
+          return 0;
+        case WM_SETFOCUS:
+          if (impl_.surface.hwnd()) SetFocus(impl_.surface.hwnd());
+          return 0;
+      }
+      return Default(msg, wp, lp);
+    }
+
+   private:
+    Impl& impl_;
+  };
+
+  // lstMain: shows the back buffer and turns mouse and keys into selections.
+  class SurfaceWindow : public Window {
+   public:
+    explicit SurfaceWindow(Impl& impl) : impl_(impl) {}
+
+   protected:
+    LRESULT HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override {
+      switch (msg) {
+        case WM_PAINT: {
+          PaintScope ps(hwnd());
+          impl_.Blit(ps.dc(), ps.rect());
+          return 0;
+        }
+        case WM_PRINTCLIENT: {
+          RECT all{0, 0, impl_.surfW, impl_.surfH};
+          impl_.Blit(reinterpret_cast<HDC>(wp), all);
+          return 0;
+        }
+        case WM_ERASEBKGND:
+          return 1;
+        case WM_GETDLGCODE:
+          return DLGC_WANTARROWS | DLGC_WANTCHARS;
+        case WM_LBUTTONDOWN:
+        case WM_RBUTTONDOWN:
+        case WM_MBUTTONDOWN:
+          impl_.OnButtonDown(msg, GET_Y_LPARAM(lp));
+          return 0;
+        case WM_LBUTTONDBLCLK:
+          impl_.pressed = true;
+          SetCapture(hwnd());
+          impl_.dblClicked = true;
+          if (impl_.owner.DblClick) impl_.owner.DblClick();
+          return 0;
+        case WM_MOUSEMOVE:
+          if (wp & MK_LBUTTON) impl_.OnDrag(GET_Y_LPARAM(lp));
+          return 0;
+        case WM_LBUTTONUP:
+        case WM_RBUTTONUP:
+        case WM_MBUTTONUP:
+          impl_.OnButtonUp(msg, wp, GET_X_LPARAM(lp), GET_Y_LPARAM(lp));
+          return 0;
+        case WM_CAPTURECHANGED:
+          impl_.pressed = false;
+          return 0;
+        case WM_KEYDOWN:
+          impl_.OnKeyDown(static_cast<int>(wp));
+          return 0;
+        case WM_KEYUP:
+          if (impl_.owner.KeyUp) impl_.owner.KeyUp(static_cast<int>(wp), ShiftState());
+          return 0;
+        case WM_CHAR:
+          if (impl_.owner.KeyPress) impl_.owner.KeyPress(static_cast<int>(wp));
+          return 0;
+      }
+      return Default(msg, wp, lp);
+    }
+
+   private:
+    Impl& impl_;
+  };
+
+  explicit Impl(ListBoxIcons& o) : owner(o), container(*this), surface(*this) {}
+
+  ~Impl() {
+    surface.Destroy();
+    container.Destroy();
+    if (bufferDc && oldBitmap) SelectObject(bufferDc.get(), oldBitmap);
+  }
+
+  ListBoxIcons& owner;
+  ContainerWindow container;
+  SurfaceWindow surface;
+  HWND scroll = nullptr;
+
+  std::array<Item, kCapacity> items{};
+  int16_t count = 0;
+  // Pixels of lstMain of the selected row: left 0, top row x 50, right width - 1, bottom top + 50.
+  RECT sel{};
+  // Whether a selection has been drawn yet: a fresh list shows no highlight until one is made.
+  bool highlightShown = false;
+  // The extension found for the last path that had one; a path without "." reuses it.
+  std::string lastExt;
+
+  std::string fontName;
+  FontHandle font;
+  int scrollWidth = 17;
+
+  // lstMain's picture, kept so that WM_PAINT can show rows drawn one at a time long before.
+  MemDc bufferDc;
+  BitmapHandle buffer;
+  HGDIOBJ oldBitmap = nullptr;
+  int surfW = 0, surfH = kEmptyHeight;
+
+  int scrollValue = 0, scrollMax = 0;
+  bool pressed = false, dblClicked = false;
+
+  Item& Slot(int index) {
+    if (index < 0 || index >= kCapacity) throw std::out_of_range("ListBoxIcons: item index out of range");
+    return items[static_cast<size_t>(index)];
+  }
+  const Item& Slot(int index) const { return const_cast<Impl*>(this)->Slot(index); }
+
+  int SelectedRow() const { return sel.top / kRow; }
+  const Item& Selected() const { return Slot(SelectedRow()); }
+
+  // Index of the first item with the key, or Count when none has it.
+  int Find(const std::string& key) const {
+    int i = 0;
+    while (i < count && items[static_cast<size_t>(i)].key != key) ++i;
+    return i;
+  }
+
+  int ContainerWidth() const {
+    RECT r{};
+    if (container.hwnd()) GetWindowRect(container.hwnd(), &r);
+    return r.right - r.left;
+  }
+  int ContainerHeight() const {
+    RECT r{};
+    if (container.hwnd()) GetWindowRect(container.hwnd(), &r);
+    return r.bottom - r.top;
+  }
+  int InnerHeight() const {
+    RECT r{};
+    if (container.hwnd()) GetClientRect(container.hwnd(), &r);
+    return r.bottom - r.top;
+  }
+
+  // --- back buffer ---------------------------------------------------------------------------------
+
+  // Gives the buffer a new size, keeping what was drawn (the rows stay where they were).
+  void ResizeBuffer(int w, int h) {
+    if (w < 1) w = 1;
+    if (h < 1) h = 1;
+    WindowDc screen(nullptr);
+    MemDc dc(CreateCompatibleDC(screen.get()));
+    BitmapHandle bmp(CreateCompatibleBitmap(screen.get(), w, h));
+    if (!dc || !bmp) return;
+    HGDIOBJ old = SelectObject(dc.get(), bmp.get());
+    Band(dc.get(), 0, 0, w, h, GetSysColor(COLOR_WINDOW));
+    if (bufferDc) {
+      BitBlt(dc.get(), 0, 0, surfW, surfH, bufferDc.get(), 0, 0, SRCCOPY);
+      SelectObject(bufferDc.get(), oldBitmap);
+    }
+    bufferDc = std::move(dc);
+    buffer = std::move(bmp);
+    oldBitmap = old;
+  }
+
+  void Blit(HDC dc, const RECT& r) const {
+    if (!bufferDc) return;
+    BitBlt(dc, r.left, r.top, r.right - r.left, r.bottom - r.top, bufferDc.get(), r.left, r.top, SRCCOPY);
+  }
+
+  void Repaint() {
+    if (surface.hwnd()) InvalidateRect(surface.hwnd(), nullptr, FALSE);
+  }
+
+  // --- drawing -------------------------------------------------------------------------------------
+
+  int TextWidth(const std::string& text) const {
+    if (!bufferDc) return 0;
+    SelectScope f(bufferDc.get(), font.get());
+    SIZE size{};
+    GetTextExtentPoint32A(bufferDc.get(), text.c_str(), static_cast<int>(text.size()), &size);
+    return size.cx;
+  }
+
+  void DrawCaption(std::string text, int row, size_t keep, COLORREF color) {
+    HDC dc = bufferDc.get();
+    if (TextWidth(text) > surfW - kTooWideMargin) text = text.substr(0, keep) + " ...";
+    const double width = TextWidth(text);
+    // Rounded half to even, as the original integer conversion of this sum did.
+    const int left = static_cast<int>(std::nearbyint((surfW + kCaptionArea) / 2.0 - width / 2.0));
+    RECT r{left, row * kRow + kCaptionTop, surfW - 1, row * kRow + kRow};
+    SelectScope f(dc, font.get());
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, color);
+    DrawTextA(dc, text.c_str(), static_cast<int>(text.size()), &r, kCaptionFlags);
+  }
+
+  static HINSTANCE Instance() { return GetModuleHandleA(nullptr); }
+
+  // Icons are taken from the file, drawn and destroyed at once. ExtractIconA answers an index of -1
+  // with the icon count and a file that is no icon source with 1: neither is a handle to draw.
+  void DrawExtracted(const std::string& path, int index, int y) {
+    if (index == -1 || path.empty()) return;
+    HICON icon = ExtractIconA(Instance(), path.c_str(), static_cast<UINT>(index));
+    if (reinterpret_cast<UINT_PTR>(icon) <= 1) return;
+    DrawIcon(bufferDc.get(), kIconLeft, y, icon);
+    DestroyIcon(icon);
+  }
+
+  void DrawRowIcon(const Item& item, int y, bool selected) {
+    const size_t dot = item.iconPath.find('.');
+    if (dot != std::string::npos) lastExt = item.iconPath.substr(dot + 1);
+    const bool ani = lastExt == "ani";
+    if (ani && selected) {
+      HCURSOR cursor = static_cast<HCURSOR>(
+          LoadImageA(nullptr, item.iconPath.c_str(), IMAGE_CURSOR, 0, 0, LR_LOADFROMFILE));
+      if (!cursor) return;
+      DrawIcon(bufferDc.get(), kIconLeft, y, cursor);
+      DestroyCursor(cursor);
+      return;
+    }
+    DrawExtracted(item.iconPath, ani ? 0 : item.iconIndex, y);
+  }
+
+  void DrawRowNormal(int row) {
+    if (!bufferDc) return;
+    const Item& item = Slot(row);
+    const int top = row * kRow;
+    // Covers the row and the first line below it, where an old highlight's band ended.
+    Band(bufferDc.get(), 0, top, surfW, top + kRow + 1, GetSysColor(COLOR_WINDOW));
+    DrawRowIcon(item, top + kIconTop, false);
+    DrawCaption(item.caption, row, kCutWhenRedrawn, GetSysColor(COLOR_WINDOWTEXT));
+  }
+
+  void DrawRowSelected(int row) {
+    const Item& item = Slot(row);
+    DrawRowIcon(item, row * kRow + kIconTop, true);
+    DrawCaption(item.caption, row, kCutWhenRedrawn, GetSysColor(COLOR_HIGHLIGHTTEXT));
+  }
+
+  void DrawHighlight() {
+    HDC dc = bufferDc.get();
+    Band(dc, sel.left, sel.top, sel.right, sel.bottom, GetSysColor(COLOR_HIGHLIGHT));
+    DrawFocusRect(dc, &sel);
+    DrawRowSelected(SelectedRow());
+    highlightShown = true;
+  }
+
+  // --- selection and scrolling ---------------------------------------------------------------------
+
+  // A press at y of lstMain: every selection, by mouse, keys or code, comes through here.
+  void PressAt(int y) {
+    if (y < 0 || y >= surfH || !bufferDc) return;
+    DrawRowNormal(SelectedRow());
+    sel.left = 0;
+    sel.top = y / kRow * kRow;
+    sel.right = surfW - 1;
+    sel.bottom = sel.top + kRow;
+    DrawHighlight();
+    Repaint();
+  }
+
+  void SetScrollValue(int value) {
+    if (value < 0) value = 0;
+    if (value > scrollMax) value = scrollMax;
+    scrollValue = value;
+    if (scroll) {
+      SCROLLINFO si{sizeof si, SIF_POS, 0, 0, 0, value, 0};
+      SetScrollInfo(scroll, SB_CTL, &si, TRUE);
+    }
+    if (surface.hwnd())
+      SetWindowPos(surface.hwnd(), nullptr, 0, -value, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  }
+
+  void SetScrollMax(int max) {
+    scrollMax = max;
+    if (scroll) {
+      // The thumb shows the visible share; the range is arranged so that the largest value is max.
+      const int page = InnerHeight() > 0 ? InnerHeight() : 1;
+      SCROLLINFO si{sizeof si, SIF_RANGE | SIF_PAGE | SIF_DISABLENOSCROLL, 0, max + page - 1,
+                    static_cast<UINT>(page), 0, 0};
+      SetScrollInfo(scroll, SB_CTL, &si, TRUE);
+    }
+    SetScrollValue(scrollValue);
+  }
+
+  void UpdateScrollMax() { SetScrollMax(std::abs(surfH - InnerHeight())); }
+
+  void OnScroll(int code) {
+    int value = scrollValue;
+    switch (code) {
+      case SB_LINEUP: value -= kRow; break;
+      case SB_LINEDOWN: value += kRow; break;
+      case SB_PAGEUP: value -= kPageStep; break;
+      case SB_PAGEDOWN: value += kPageStep; break;
+      case SB_TOP: value = 0; break;
+      case SB_BOTTOM: value = scrollMax; break;
+      case SB_THUMBTRACK:
+      case SB_THUMBPOSITION: {
+        SCROLLINFO si{sizeof si, SIF_TRACKPOS, 0, 0, 0, 0, 0};
+        GetScrollInfo(scroll, SB_CTL, &si);
+        value = si.nTrackPos;
+        break;
+      }
+      default: return;
+    }
+    SetScrollValue(value);
+  }
+
+  // After a step down: scroll when the selected row ends below the visible part.
+  void FollowDown(int step) {
+    if (SelectedRow() * kRow + kRow > scrollValue + ContainerHeight())
+      SetScrollValue(scrollValue + step <= scrollMax ? scrollValue + step : scrollMax);
+  }
+  void FollowUp(int step) {
+    if (SelectedRow() * kRow < scrollValue) SetScrollValue(scrollValue - step >= 0 ? scrollValue - step : 0);
+  }
+
+  void OnKeyDown(int key) {
+    const int top = SelectedRow() * kRow;
+    switch (key) {
+      case VK_DOWN: PressAt(top + kRow); FollowDown(kRow); break;
+      case VK_UP: PressAt(top - kRow); FollowUp(kRow); break;
+      case VK_PRIOR: PressAt(top - kPageStep); FollowUp(kPageStep); break;
+      case VK_NEXT: PressAt(top + kPageStep); FollowDown(kPageStep); break;
+      default: break;
+    }
+    if (owner.KeyDown) owner.KeyDown(key, ShiftState());
+  }
+
+  void OnButtonDown(UINT msg, int y) {
+    SetFocus(surface.hwnd());
+    if (msg == WM_LBUTTONDOWN) {
+      pressed = true;
+      dblClicked = false;
+    }
+    // Holding the pointer lets a drag past the visible rows go on scrolling.
+    SetCapture(surface.hwnd());
+    PressAt(y);
+  }
+
+  // The bounds are tested a whole row ahead while the step is small, so the list creeps along
+  // while the pointer stays beyond the edge and then snaps to the end.
+  void OnDrag(int y) {
+    PressAt(y);
+    const int top = SelectedRow() * kRow;
+    if (top < scrollValue) SetScrollValue(scrollValue - kRow < 0 ? 0 : scrollValue - kDragStep);
+    if (top + kRow > scrollValue + ContainerHeight())
+      SetScrollValue(scrollValue + kRow > scrollMax ? scrollMax : scrollValue + kDragStep);
+  }
+
+  void OnButtonUp(UINT msg, WPARAM wp, int x, int y) {
+    const bool wasPressed = pressed;
+    const bool wasDouble = dblClicked;
+    pressed = false;
+    dblClicked = false;
+    const bool anyHeld = (wp & (MK_LBUTTON | MK_RBUTTON | MK_MBUTTON)) != 0;
+    if (!anyHeld && GetCapture() == surface.hwnd()) ReleaseCapture();
+    int shift = 0;
+    if (wp & MK_SHIFT) shift |= 1;
+    if (wp & MK_CONTROL) shift |= 2;
+    if (GetKeyState(VK_MENU) < 0) shift |= 4;
+    const int button = msg == WM_LBUTTONUP ? 1 : msg == WM_RBUTTONUP ? 2 : 4;
+    if (msg == WM_LBUTTONUP && wasPressed && !wasDouble && owner.Click) owner.Click();
+    if (owner.MouseUp) owner.MouseUp(button, shift, x, y);
+  }
+
+  // --- layout and settings -------------------------------------------------------------------------
+
+  void Layout() {
+    if (!container.hwnd() || !surface.hwnd()) return;
+    const int w = ContainerWidth();
+    const int h = ContainerHeight();
+    if (scroll) MoveWindow(scroll, w - scrollWidth - kBorder, 0, scrollWidth, h - kBorder, TRUE);
+    const int newW = std::max(1, w - scrollWidth - kListOverlap);
+    if (newW != surfW) SetSurfaceSize(newW, surfH);
+    UpdateScrollMax();
+  }
+
+  void SetSurfaceSize(int w, int h) {
+    const bool widthChanged = w != surfW;
+    ResizeBuffer(w, h);
+    surfW = w;
+    surfH = h;
+    if (surface.hwnd())
+      SetWindowPos(surface.hwnd(), nullptr, 0, -scrollValue, w, h, SWP_NOZORDER | SWP_NOACTIVATE);
+    // The captions are centred on the width: a new width needs every row drawn again.
+    if (widthChanged) {
+      sel.right = surfW - 1;
+      if (count > 0 || highlightShown) RedrawAll();
+    }
+    Repaint();
+  }
+
+  void RedrawAll() {
+    for (int r = 0; r < count; ++r) DrawRowNormal(r);
+    if (highlightShown) DrawHighlight();
+  }
+
+  void ApplySystemSettings() {
+    HKEY key = nullptr;
+    if (RegOpenKeyExA(HKEY_CURRENT_USER, kMetricsKey, 0, KEY_READ, &key) == ERROR_SUCCESS) {
+      DWORD type = 0, size = 0;
+      if (RegQueryValueExA(key, "IconFont", nullptr, &type, nullptr, &size) == ERROR_SUCCESS && size > 0) {
+        std::string bytes(size, '\0');
+        if (RegQueryValueExA(key, "IconFont", nullptr, &type, reinterpret_cast<BYTE*>(bytes.data()),
+                             &size) == ERROR_SUCCESS) {
+          bytes.resize(size);
+          SetFontFace(FaceNameFromFontRecord(bytes));
+        }
+      }
+      RegCloseKey(key);
+    }
+    scrollWidth = GetSystemMetrics(SM_CYHSCROLL);
+    Layout();
+  }
+
+  // An empty name would leave no font at all: the current one stays.
+  void SetFontFace(const std::string& face) {
+    if (face.empty()) return;
+    LOGFONTA lf = IconTitleFont();
+    lstrcpynA(lf.lfFaceName, face.c_str(), LF_FACESIZE);
+    FontHandle f(CreateFontIndirectA(&lf));
+    if (!f) return;
+    font = std::move(f);
+    fontName = face;
+  }
+
+  bool Create(HWND parent, int id, int x, int y, int w, int h) {
+    if (!container.Create(kContainerClass, WS_EX_CLIENTEDGE, WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, "", x, y,
+                          w, h, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), CS_DBLCLKS,
+                          reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1)))
+      return false;
+    LOGFONTA lf = IconTitleFont();
+    font.reset(CreateFontIndirectA(&lf));
+    fontName = lf.lfFaceName;
+    scroll = CreateWindowExA(0, "SCROLLBAR", "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | SBS_VERT, 0, 0,
+                             scrollWidth, std::max(0, h - kBorder), container.hwnd(), nullptr, Instance(),
+                             nullptr);
+    surfW = std::max(1, w - scrollWidth - kListOverlap);
+    ResizeBuffer(surfW, surfH);
+    if (!surface.Create(kSurfaceClass, 0, WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS, "", 0, 0, surfW, surfH,
+                        container.hwnd(), nullptr, CS_DBLCLKS, nullptr))
+      return false;
+    // The scroll bar stays above the one column of lstMain that runs under it.
+    SetWindowPos(scroll, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    sel = RECT{0, 0, surfW - 1, kRow};
+    ApplySystemSettings();
+    return true;
+  }
+};
+
+ListBoxIcons::ListBoxIcons() : impl_(new Impl(*this)) {}
+ListBoxIcons::~ListBoxIcons() { delete impl_; }
+
+bool ListBoxIcons::Create(HWND parent, int id, int x, int y, int width, int height) {
+  return impl_->Create(parent, id, x, y, width, height);
+}
+
+HWND ListBoxIcons::hwnd() const { return impl_->container.hwnd(); }
+HWND ListBoxIcons::surface() const { return impl_->surface.hwnd(); }
+HWND ListBoxIcons::scrollBar() const { return impl_->scroll; }
+
+void ListBoxIcons::Move(int x, int y, int width, int height) {
+  if (hwnd()) MoveWindow(hwnd(), x, y, width, height, TRUE);
+}
+
+void ListBoxIcons::AddItem(const std::string& caption, const std::string& iconPath, int16_t iconIndex,
+                           const std::string& key) {
+  Impl& m = *impl_;
+  const int slot = m.count;
+  Impl::Item& item = m.Slot(slot);
+  if (m.count > 4) m.SetSurfaceSize(m.surfW, (m.count + 1) * kRow);
+  item.caption = caption;
+  item.iconPath = iconPath;
+  item.iconIndex = iconIndex;
+  item.key = key;
+  item.listIndex = std::to_string(slot);
+  if (m.bufferDc) {
+    // Cursor files get no special case here: a new row is drawn from the file's icon.
+    m.DrawExtracted(iconPath, iconIndex, slot * kRow + kIconTop);
+    m.DrawCaption(caption, slot, kCutWhenAdded, GetSysColor(COLOR_WINDOWTEXT));
+  }
+  ++m.count;
+  m.Repaint();
+  m.UpdateScrollMax();
+}
+
+void ListBoxIcons::Change(const std::string& key, const std::string& iconPath, int16_t iconIndex,
+                          const std::string& caption) {
+  Impl& m = *impl_;
+  std::string path = iconPath;
+  int16_t index = iconIndex;
+  if (!path.empty() && index == -1) {
+    std::string location = iconPath;
+    path = SplitIconLocation(location, index);
+  }
+  Impl::Item& item = m.Slot(m.Find(key));
+  if (!caption.empty()) item.caption = caption;
+  if (!path.empty()) item.iconPath = path;
+  if (index != -1) item.iconIndex = index;
+}
+
+void ListBoxIcons::SelItemKey(const std::string& key) {
+  const int i = impl_->Find(key);
+  if (i < impl_->count) impl_->PressAt(i * kRow);
+}
+
+void ListBoxIcons::SelItemIndex(int16_t index) { impl_->PressAt(index * kRow); }
+
+double ListBoxIcons::ListIndex() const { return impl_->SelectedRow(); }
+std::string ListBoxIcons::Key(int index) const { return impl_->Slot(index).key; }
+double ListBoxIcons::ListCount() const { return impl_->surfH / static_cast<double>(kRow); }
+int ListBoxIcons::Count() const { return impl_->count; }
+
+std::string ListBoxIcons::SeledKey() const { return impl_->Selected().key; }
+std::string ListBoxIcons::SeledCaption() const { return impl_->Selected().caption; }
+std::string ListBoxIcons::SeledInfoTip() const { return impl_->Selected().infoTip; }
+std::string ListBoxIcons::SeledListIndex() const { return impl_->Selected().listIndex; }
+std::string ListBoxIcons::SeledIconPath() const { return impl_->Selected().iconPath; }
+int16_t ListBoxIcons::SeledIconIndex() const { return impl_->Selected().iconIndex; }
+std::string ListBoxIcons::SeledFullIconPath() const {
+  const auto& item = impl_->Selected();
+  return item.iconPath + "," + std::to_string(item.iconIndex);
+}
+
+std::string ListBoxIcons::ItemFullPath(const std::string& key) const {
+  const auto& item = impl_->Slot(impl_->Find(key));
+  return item.iconPath + "," + std::to_string(item.iconIndex);
+}
+
+std::string ListBoxIcons::ItemFullPathmouse(const std::string& key) const {
+  const auto& item = impl_->Slot(impl_->Find(key));
+  // The program's own pointers live in its executable; that path is nothing to show a person.
+  if (LowerAscii(item.iconPath) == LowerAscii(ModulePath())) return "";
+  return item.iconPath;
+}
+
+std::string ListBoxIcons::ItemCaption(const std::string& key) const {
+  return impl_->Slot(impl_->Find(key)).caption;
+}
+
+void ListBoxIcons::ItemRefresh() { impl_->PressAt(impl_->SelectedRow() * kRow); }
+
+void ListBoxIcons::ListRefresh() {
+  impl_->RedrawAll();
+  impl_->Repaint();
+}
+
+void ListBoxIcons::SystemSettings() { impl_->ApplySystemSettings(); }
+
+RECT ListBoxIcons::SelectionRect() const { return impl_->sel; }
+std::string ListBoxIcons::FontName() const { return impl_->fontName; }
+int ListBoxIcons::SurfaceWidth() const { return impl_->surfW; }
+int ListBoxIcons::SurfaceHeight() const { return impl_->surfH; }
+int ListBoxIcons::ScrollValue() const { return impl_->scrollValue; }
+int ListBoxIcons::ScrollMax() const { return impl_->scrollMax; }
+
+COLORREF ListBoxIcons::Pixel(int x, int y) const {
+  return impl_->bufferDc ? GetPixel(impl_->bufferDc.get(), x, y) : CLR_INVALID;
+}
+
+int ListBoxIcons::CaptionWidth(const std::string& text) const { return impl_->TextWidth(text); }
+
+}  // namespace ui
