@@ -413,3 +413,34 @@ TEST_F(frmChangeIconTest, TheSeamsPickerReturnsTheChoice) {
 }
 
 }  // namespace
+
+namespace {
+
+// Alt and a letter, as the dialog manager sees it.
+void PostMnemonic(char letter) { PostMessageA(GetFocus(), WM_SYSCHAR, static_cast<WPARAM>(letter), 1 << 29); }
+
+TEST_F(frmChangeIconTest, MnemonicsAndTabOrderReachEveryControl) {
+  std::vector<int> ids;  // control id of the focus at each step
+  auto note = [&](HWND) { ids.push_back(GetFocus() ? GetDlgCtrlID(GetFocus()) : 0); };
+  auto tab = [&](HWND d) { note(d); PostKey(VK_TAB); };
+  Run(Library(33), 0, {[&](HWND d) { note(d); PostMnemonic('f'); },
+                       tab, tab, tab, tab, tab,
+                       [&](HWND d) { note(d); PostMnemonic('i'); },
+                       [&](HWND d) {
+                         note(d);
+                         // Focus put into the file box by a click or a call also selects all of it.
+                         SendMessageA(GetDlgItem(d, IDC_CI_FILENAME), EM_SETSEL, 2, 2);
+                         SetFocus(GetDlgItem(d, IDC_CI_FILENAME));
+                         DWORD start = 1, end = 0;
+                         SendMessageA(GetFocus(), EM_GETSEL, reinterpret_cast<WPARAM>(&start),
+                                      reinterpret_cast<LPARAM>(&end));
+                         EXPECT_EQ(start, 0u);
+                         EXPECT_EQ(end, Library(33).size());
+                         Click(GetDlgItem(d, IDCANCEL));
+                       }});
+  const std::vector<int> expected = {IDC_CI_LIST,  IDC_CI_FILENAME, IDC_CI_BROWSE, IDC_CI_LIST,
+                                     IDOK,         IDCANCEL,        IDC_CI_FILENAME, IDC_CI_LIST};
+  EXPECT_EQ(ids, expected);
+}
+
+}  // namespace
