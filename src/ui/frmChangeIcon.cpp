@@ -1,5 +1,575 @@
-// Placeholder until the icon picker lands.
+#include "ui/frmChangeIcon.h"
+
+#include <shellapi.h>
+#include <windowsx.h>
+
+#include <algorithm>
+
+#include "ids_picker.h"
 #include "ui/seam.h"
+#include "ui/win.h"
+
 namespace ui {
-bool RealSeam::ChooseIcon(HWND, std::string&, int16_t&) { return false; }
+namespace {
+
+constexpr char kTitle[] = "Change Icon";
+constexpr char kContainerClass[] = "VxIconContainer";
+constexpr char kGridClass[] = "VxIconGrid";
+constexpr int kCell = frmChangeIcon::kCell;
+constexpr int kGridHeight = kCell * frmChangeIcon::kIconsPerColumn;
+// Open-file filters, in the order the person sees them.
+constexpr char kFilter[] =
+    "Icon Files\0*.exe;*.dll;*.icl;*.ico\0Programs\0*.exe\0Libraries\0*.dll\0Icons\0*.ico\0"
+    "All Files\0*.*\0";
+
+HINSTANCE Instance() { return GetModuleHandleA(nullptr); }
+
+// The existence test is a directory search, as ExtractIconA would also find a bare name on the
+// search path that the person cannot see in any folder.
+bool FileExists(const std::string& name) {
+  WIN32_FIND_DATAA found;
+  HANDLE h = FindFirstFileA(name.c_str(), &found);
+  if (h == INVALID_HANDLE_VALUE) return false;
+  FindClose(h);
+  return true;
 }
+
+void RegisterClasses() {
+  HINSTANCE inst = Instance();
+  WNDCLASSEXA wc{};
+  wc.cbSize = sizeof wc;
+  if (!GetClassInfoExA(inst, kContainerClass, &wc)) {
+    wc = WNDCLASSEXA{};
+    wc.cbSize = sizeof wc;
+    wc.lpfnWndProc = DefWindowProcA;
+    wc.hInstance = inst;
+    wc.hCursor = LoadCursorA(nullptr, IDC_ARROW);
+    wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
+    wc.lpszClassName = kContainerClass;
+    RegisterClassExA(&wc);
+  }
+  wc = WNDCLASSEXA{};
+  wc.cbSize = sizeof wc;
+  if (!GetClassInfoExA(inst, kGridClass, &wc)) {
+    wc = WNDCLASSEXA{};
+    wc.cbSize = sizeof wc;
+    wc.style = CS_DBLCLKS;
+    wc.lpfnWndProc = DefWindowProcA;  // replaced per window at creation
+    wc.hInstance = inst;
+    wc.hCursor = LoadCursorA(nullptr, IDC_ARROW);
+    wc.lpszClassName = kGridClass;
+    RegisterClassExA(&wc);
+  }
+}
+
+RECT ChildRect(HWND dialog, HWND child) {
+  RECT r;
+  GetWindowRect(child, &r);
+  MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&r), 2);
+  return r;
+}
+
+void Place(HWND h, int x, int y, int w, int height) {
+  SetWindowPos(h, nullptr, x, y, w, height, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+}  // namespace
+
+// The grid's picture lives in a memory bitmap so that it survives being covered; WM_PAINT copies it.
+struct frmChangeIcon::BackBuffer {
+  HDC dc = nullptr;
+  HBITMAP bitmap = nullptr;
+  HGDIOBJ old = nullptr;
+  int width = 0, height = 0;
+
+  ~BackBuffer() {
+    Release();
+    if (dc) DeleteDC(dc);
+  }
+  void Release() {
+    if (bitmap) {
+      SelectObject(dc, old);
+      DeleteObject(bitmap);
+      bitmap = nullptr;
+    }
+  }
+  // Makes the picture width x h and fills it with the window colour.
+  void Reset(int w, int h) {
+    if (!dc) {
+      WindowDc screen(nullptr);
+      dc = CreateCompatibleDC(screen.get());
+    }
+    if (!bitmap || w != width || h != height) {
+      Release();
+      width = w;
+      height = h;
+      if (w > 0 && h > 0) {
+        WindowDc screen(nullptr);
+        bitmap = CreateCompatibleBitmap(screen.get(), w, h);
+        if (bitmap) old = SelectObject(dc, bitmap);
+      }
+    }
+    RECT all{0, 0, width, height};
+    if (bitmap) FillRect(dc, &all, GetSysColorBrush(COLOR_WINDOW));
+  }
+};
+
+frmChangeIcon::frmChangeIcon() : buffer_(std::make_unique<BackBuffer>()) {}
+frmChangeIcon::~frmChangeIcon() = default;
+
+bool frmChangeIcon::ChooseIcon(HWND owner) {
+  RegisterClasses();
+  INT_PTR result = DialogBoxParamA(Instance(), MAKEINTRESOURCEA(IDD_CHANGEICON), owner, &DialogProc,
+                                   reinterpret_cast<LPARAM>(this));
+  return result == IDOK;
+}
+
+int frmChangeIcon::SelectedIndex() const {
+  return sel_.left / kCell * kIconsPerColumn + sel_.top / kCell;
+}
+
+int frmChangeIcon::ScrollValue() const { return scroll_ ? GetScrollPos(scroll_, SB_CTL) : 0; }
+
+int frmChangeIcon::ScrollLargeChange() const {
+  SCROLLINFO si{};
+  si.cbSize = sizeof si;
+  si.fMask = SIF_PAGE;
+  if (!scroll_ || !GetScrollInfo(scroll_, SB_CTL, &si)) return 0;
+  return static_cast<int>(si.nPage);
+}
+
+int frmChangeIcon::InnerWidth() const {
+  RECT r{};
+  if (container_) GetClientRect(container_, &r);
+  return r.right;
+}
+
+// --- window procedures --------------------------------------------------------------------------
+
+INT_PTR CALLBACK frmChangeIcon::DialogProc(HWND h, UINT msg, WPARAM wp, LPARAM lp) noexcept {
+  try {
+    frmChangeIcon* self = nullptr;
+    if (msg == WM_INITDIALOG) {
+      self = reinterpret_cast<frmChangeIcon*>(lp);
+      SetWindowLongPtrA(h, DWLP_USER, lp);
+      self->hwnd_ = h;
+    } else {
+      self = reinterpret_cast<frmChangeIcon*>(GetWindowLongPtrA(h, DWLP_USER));
+    }
+    return self ? self->HandleDialog(msg, wp, lp) : FALSE;
+  } catch (...) {
+    return FALSE;
+  }
+}
+
+INT_PTR frmChangeIcon::HandleDialog(UINT msg, WPARAM wp, LPARAM lp) {
+  switch (msg) {
+    case WM_INITDIALOG:
+      Form_Load();
+      return FALSE;  // the focus is already where it belongs
+    case WM_COMMAND:
+      switch (LOWORD(wp)) {
+        case IDOK:
+          // Enter reaches here even while OK is disabled; the grid is then empty.
+          if (IsWindowEnabled(cmdOK_)) cmdOK_Click();
+          return TRUE;
+        case IDCANCEL:  // Cancel, Escape and the close box
+          cmdCancel_Click();
+          return TRUE;
+        case IDC_CI_BROWSE:
+          if (HIWORD(wp) == BN_CLICKED) cmdBrowse_Click();
+          return TRUE;
+        case IDC_CI_FILENAME:
+          if (HIWORD(wp) == EN_SETFOCUS) SendMessageA(txtFilename_, EM_SETSEL, 0, -1);
+          return TRUE;
+      }
+      return FALSE;
+    case WM_HSCROLL:
+      if (reinterpret_cast<HWND>(lp) == scroll_) {
+        Scroll_Change(LOWORD(wp));
+        return TRUE;
+      }
+      return FALSE;
+    case WM_DESTROY:
+      if (GetCapture() == lstMain_) ReleaseCapture();
+      hwnd_ = txtFilename_ = cmdOK_ = container_ = lstMain_ = scroll_ = nullptr;
+      return FALSE;
+  }
+  return FALSE;
+}
+
+LRESULT CALLBACK frmChangeIcon::GridProc(HWND h, UINT msg, WPARAM wp, LPARAM lp) noexcept {
+  try {
+    auto* self = reinterpret_cast<frmChangeIcon*>(GetWindowLongPtrA(h, GWLP_USERDATA));
+    if (!self || self->lstMain_ != h) return DefWindowProcA(h, msg, wp, lp);
+    return self->HandleGrid(msg, wp, lp);
+  } catch (...) {
+    return DefWindowProcA(h, msg, wp, lp);
+  }
+}
+
+LRESULT frmChangeIcon::HandleGrid(UINT msg, WPARAM wp, LPARAM lp) {
+  const int x = GET_X_LPARAM(lp), y = GET_Y_LPARAM(lp);
+  switch (msg) {
+    case WM_GETDLGCODE:
+      return DLGC_WANTARROWS;
+    case WM_ERASEBKGND:
+      return 1;
+    case WM_PAINT: {
+      PaintScope paint(lstMain_);
+      const RECT& r = paint.rect();
+      if (buffer_->bitmap) {
+        BitBlt(paint.dc(), r.left, r.top, r.right - r.left, r.bottom - r.top, buffer_->dc, r.left, r.top,
+               SRCCOPY);
+      } else {
+        FillRect(paint.dc(), &r, GetSysColorBrush(COLOR_WINDOW));
+      }
+      return 0;
+    }
+    case WM_LBUTTONDOWN:
+    case WM_RBUTTONDOWN:
+    case WM_MBUTTONDOWN:
+      SetFocus(lstMain_);
+      lstMain_MouseDown(x, y);
+      if (msg == WM_LBUTTONDOWN) SetCapture(lstMain_);  // dragging past the frame keeps selecting
+      return 0;
+    case WM_LBUTTONUP:
+      if (GetCapture() == lstMain_) ReleaseCapture();
+      return 0;
+    case WM_MOUSEMOVE:
+      if (wp & MK_LBUTTON) lstMain_MouseMove(x, y);
+      return 0;
+    case WM_LBUTTONDBLCLK:
+      lstMain_MouseDown(x, y);
+      lstMain_DblClick();
+      return 0;
+    case WM_KEYDOWN:
+      lstMain_KeyDown(static_cast<int>(wp));
+      return 0;
+  }
+  return DefWindowProcA(lstMain_, msg, wp, lp);
+}
+
+LRESULT CALLBACK frmChangeIcon::FilenameProc(HWND h, UINT msg, WPARAM wp, LPARAM lp, UINT_PTR id,
+                                             DWORD_PTR ref) noexcept {
+  try {
+    auto* self = reinterpret_cast<frmChangeIcon*>(ref);
+    switch (msg) {
+      case WM_GETDLGCODE:
+        // Enter belongs to the box (it shows the typed file), not to the default button.
+        if (wp == VK_RETURN) return DefSubclassProc(h, msg, wp, lp) | DLGC_WANTALLKEYS;
+        break;
+      case WM_KEYDOWN:
+        if (wp == VK_RETURN) {
+          self->txtFilename_Enter();
+          return 0;
+        }
+        break;
+      case WM_CHAR:
+        if (wp == '\r') return 0;  // no beep
+        break;
+      case WM_NCDESTROY:
+        RemoveWindowSubclass(h, &FilenameProc, id);
+        break;
+    }
+    return DefSubclassProc(h, msg, wp, lp);
+  } catch (...) {
+    return 0;
+  }
+}
+
+// --- events -------------------------------------------------------------------------------------
+
+void frmChangeIcon::Form_Load() {
+  txtFilename_ = GetDlgItem(hwnd_, IDC_CI_FILENAME);
+  cmdOK_ = GetDlgItem(hwnd_, IDOK);
+  container_ = GetDlgItem(hwnd_, IDC_CI_CONTAINER);
+  scroll_ = GetDlgItem(hwnd_, IDC_CI_SCROLL);
+  SetWindowSubclass(txtFilename_, &FilenameProc, 1, reinterpret_cast<DWORD_PTR>(this));
+  lstMain_ = CreateWindowExA(0, kGridClass, "", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 0, 0, 0, kGridHeight,
+                             container_, reinterpret_cast<HMENU>(IDC_CI_LIST), Instance(), nullptr);
+  SetWindowLongPtrA(lstMain_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  SetWindowLongPtrA(lstMain_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&GridProc));
+  Layout();
+  gridWidth_ = 0;
+  sel_ = RECT{0, 0, kCell, kCell};
+  SetScrollRange(0, 0, false);
+
+  SetText(txtFilename_, Filename);
+  DisplayIcons();
+  const int column = IconIndex / kIconsPerColumn, row = IconIndex % kIconsPerColumn;
+  Press(column * kCell, row * kCell);
+  const int right = (column + 1) * kCell;
+  if (right > ScrollValue() + InnerWidth()) SetScrollValue(std::min(scrollMax_, right - InnerWidth()));
+
+  // A one-icon file has already sent the focus to OK.
+  HWND focus = txtFilename_;
+  if (IsWindowEnabled(lstMain_)) focus = iconCount_ == 1 ? cmdOK_ : lstMain_;
+  SendMessageA(hwnd_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(focus), TRUE);
+}
+
+// Sizes the frame to show exactly eight columns whatever the dialog font, and arranges the rest
+// around it: the template gives the margins, the text heights and the button sizes.
+void frmChangeIcon::Layout() {
+  RECT unit{4, 4, 7, 7};
+  MapDialogRect(hwnd_, &unit);
+  const int gap = unit.left, marginX = unit.right, marginY = unit.bottom;
+
+  RECT frame{0, 0, kVisibleColumns * kCell, kGridHeight};
+  AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongPtrA(container_, GWL_STYLE)), FALSE,
+                     static_cast<DWORD>(GetWindowLongPtrA(container_, GWL_EXSTYLE)));
+  const int frameW = frame.right - frame.left, frameH = frame.bottom - frame.top;
+  const RECT c = ChildRect(hwnd_, container_);
+  const int left = c.left, right = left + frameW;
+  Place(container_, left, c.top, frameW, frameH);
+  const int scrollH = GetSystemMetrics(SM_CYHSCROLL);
+  Place(scroll_, left, c.top + frameH, frameW, scrollH);
+
+  HWND browse = GetDlgItem(hwnd_, IDC_CI_BROWSE);
+  const RECT b = ChildRect(hwnd_, browse);
+  const int browseW = b.right - b.left;
+  Place(browse, right - browseW, b.top, browseW, b.bottom - b.top);
+  const RECT e = ChildRect(hwnd_, txtFilename_);
+  Place(txtFilename_, e.left, e.top, right - browseW - gap - e.left, e.bottom - e.top);
+  for (int id : {IDC_CI_FILELABEL, IDC_CI_ICONLABEL}) {
+    HWND label = GetDlgItem(hwnd_, id);
+    const RECT l = ChildRect(hwnd_, label);
+    Place(label, l.left, l.top, right - l.left, l.bottom - l.top);
+  }
+
+  HWND cancel = GetDlgItem(hwnd_, IDCANCEL);
+  const RECT k = ChildRect(hwnd_, cancel);
+  const int buttonW = k.right - k.left, buttonH = k.bottom - k.top;
+  const int buttonTop = c.top + frameH + scrollH + marginY;
+  Place(cancel, right - buttonW, buttonTop, buttonW, buttonH);
+  Place(cmdOK_, right - 2 * buttonW - gap, buttonTop, buttonW, buttonH);
+
+  RECT outer{0, 0, right + marginX, buttonTop + buttonH + marginY};
+  AdjustWindowRectEx(&outer, static_cast<DWORD>(GetWindowLongPtrA(hwnd_, GWL_STYLE)), FALSE,
+                     static_cast<DWORD>(GetWindowLongPtrA(hwnd_, GWL_EXSTYLE)));
+  const int w = outer.right - outer.left, h = outer.bottom - outer.top;
+
+  // Centred over the owner, kept on the work area.
+  RECT area;
+  SystemParametersInfoA(SPI_GETWORKAREA, 0, &area, 0);
+  RECT around = area;
+  HWND owner = GetWindow(hwnd_, GW_OWNER);
+  if (owner && IsWindowVisible(owner) && !IsIconic(owner)) GetWindowRect(owner, &around);
+  int x = around.left + (around.right - around.left - w) / 2;
+  int y = around.top + (around.bottom - around.top - h) / 2;
+  x = std::max<int>(area.left, std::min<int>(x, area.right - w));
+  y = std::max<int>(area.top, std::min<int>(y, area.bottom - h));
+  SetWindowPos(hwnd_, nullptr, x, y, w, h, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void frmChangeIcon::DisplayIcons() {
+  if (!hwnd_) return;
+  EnableWindow(lstMain_, FALSE);
+  ClearGrid(gridWidth_);
+
+  displayed_ = GetText(txtFilename_);
+  iconCount_ = static_cast<int16_t>(
+      reinterpret_cast<INT_PTR>(ExtractIconA(Instance(), displayed_.c_str(), static_cast<UINT>(-1))));
+  if (!FileExists(displayed_)) {
+    ShowFailure("File not found \"" + displayed_ + "\"");
+    return;
+  }
+  if (iconCount_ <= 0) {
+    ShowFailure("No Icons found in \"" + displayed_ + "\"");
+    return;
+  }
+
+  const int columns = iconCount_ / kIconsPerColumn;
+  ClearGrid(columns * kCell + (iconCount_ % kIconsPerColumn ? kCell : 0));
+  const int inner = InnerWidth();
+  if (iconCount_ <= kVisibleColumns * kIconsPerColumn) {
+    SetScrollRange(0, 0, false);
+  } else {
+    SetScrollRange(gridWidth_ - inner, inner, true);
+  }
+
+  if (iconCount_ == 1) {
+    Press(0, 0);
+    SendMessageA(hwnd_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(cmdOK_), TRUE);
+  }
+
+  int x = kIconOffset, y = kIconOffset, column = 0;
+  for (int i = 0; i < iconCount_; ++i) {
+    DrawIconAt(i, x, y);
+    if (i == column + 3) {  // the fourth icon of a column: on to the top of the next
+      x += kCell;
+      y -= 3 * kCell;
+      column += kIconsPerColumn;
+    } else {
+      y += kCell;
+    }
+  }
+  EnableWindow(lstMain_, TRUE);
+  InvalidateRect(lstMain_, nullptr, FALSE);
+}
+
+void frmChangeIcon::ShowFailure(const std::string& text) {
+  GetSeam().ShowMessage(hwnd_, text, kTitle, MB_OK | MB_ICONEXCLAMATION);
+  SetScrollRange(0, 0, false);
+  if (GetFocus() == cmdOK_) SendMessageA(hwnd_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(txtFilename_), TRUE);
+  EnableWindow(cmdOK_, FALSE);
+}
+
+void frmChangeIcon::cmdBrowse_Click() {
+  FileDialog dialog;
+  dialog.title = kTitle;
+  dialog.filter.assign(kFilter, sizeof kFilter - 1);
+  const std::string current = GetText(txtFilename_);
+  if (FileExists(current)) dialog.initialFile = current;  // a broken name would stop the dialog opening
+  if (!GetSeam().ShowFileDialog(hwnd_, dialog)) return;
+  SetText(txtFilename_, dialog.initialFile);
+  SetScrollValue(0);
+  EnableWindow(cmdOK_, TRUE);
+  DisplayIcons();
+}
+
+void frmChangeIcon::cmdOK_Click() {
+  Filename = GetText(txtFilename_);
+  // An empty cell of the last column keeps the old index.
+  const int index = SelectedIndex();
+  if (index < iconCount_) IconIndex = static_cast<int16_t>(index);
+  EndDialog(hwnd_, IDOK);
+}
+
+void frmChangeIcon::cmdCancel_Click() { EndDialog(hwnd_, IDCANCEL); }
+
+void frmChangeIcon::txtFilename_Enter() {
+  SetScrollValue(0);
+  EnableWindow(cmdOK_, TRUE);
+  DisplayIcons();
+}
+
+void frmChangeIcon::lstMain_MouseDown(int x, int y) { Press(x, y); }
+
+void frmChangeIcon::lstMain_MouseMove(int x, int y) {
+  Press(x, y);
+  FollowSelection();
+}
+
+void frmChangeIcon::lstMain_KeyDown(int keyCode) {
+  int dx = 0, dy = 0;
+  switch (keyCode) {
+    case VK_LEFT: dx = -kCell; break;
+    case VK_RIGHT: dx = kCell; break;
+    case VK_UP: dy = -kCell; break;
+    case VK_DOWN: dy = kCell; break;
+    default: return;
+  }
+  EnableWindow(cmdOK_, TRUE);
+  Press(sel_.left + dx, sel_.top + dy);
+  FollowSelection();
+}
+
+void frmChangeIcon::lstMain_DblClick() {
+  if (IsWindowEnabled(cmdOK_)) cmdOK_Click();
+}
+
+void frmChangeIcon::Scroll_Change(int code) {
+  int value = ScrollValue();
+  switch (code) {
+    case SB_LINELEFT: value -= kCell; break;
+    case SB_LINERIGHT: value += kCell; break;
+    case SB_PAGELEFT: value -= InnerWidth(); break;
+    case SB_PAGERIGHT: value += InnerWidth(); break;
+    case SB_LEFT: value = 0; break;
+    case SB_RIGHT: value = scrollMax_; break;
+    case SB_THUMBTRACK:
+    case SB_THUMBPOSITION: {
+      SCROLLINFO si{};
+      si.cbSize = sizeof si;
+      si.fMask = SIF_TRACKPOS;
+      GetScrollInfo(scroll_, SB_CTL, &si);
+      value = si.nTrackPos;
+      break;
+    }
+    default: return;
+  }
+  SetScrollValue(value);
+}
+
+// --- drawing and scrolling ----------------------------------------------------------------------
+
+void frmChangeIcon::Press(int x, int y) {
+  if (x < 0 || y < 0 || x >= gridWidth_ || y >= kGridHeight) return;
+  DrawCell(sel_, false);
+  const int left = x / kCell * kCell, top = y / kCell * kCell;
+  sel_ = RECT{left, top, left + kCell, top + kCell};
+  DrawCell(sel_, true);
+}
+
+void frmChangeIcon::DrawCell(const RECT& cell, bool selected) {
+  if (!buffer_->bitmap) return;
+  FillRect(buffer_->dc, &cell, GetSysColorBrush(selected ? COLOR_HIGHLIGHT : COLOR_WINDOW));
+  if (selected) DrawFocusRect(buffer_->dc, &cell);
+  const int index = cell.left / kCell * kIconsPerColumn + cell.top / kCell;
+  if (index < iconCount_) DrawIconAt(index, cell.left + kIconOffset, cell.top + kIconOffset);
+  InvalidateRect(lstMain_, &cell, FALSE);
+}
+
+void frmChangeIcon::DrawIconAt(int index, int x, int y) {
+  // Extracted, drawn and destroyed at once: no icon handle outlives the drawing.
+  HICON icon = ExtractIconA(Instance(), displayed_.c_str(), static_cast<UINT>(index));
+  if (!icon || icon == reinterpret_cast<HICON>(1)) return;
+  if (buffer_->bitmap) DrawIcon(buffer_->dc, x, y, icon);
+  DestroyIcon(icon);
+}
+
+void frmChangeIcon::ClearGrid(int width) {
+  buffer_->Reset(width, kGridHeight);
+  gridWidth_ = width;
+  SetWindowPos(lstMain_, nullptr, -ScrollValue(), 0, width, kGridHeight, SWP_NOZORDER | SWP_NOACTIVATE);
+  InvalidateRect(lstMain_, nullptr, FALSE);
+}
+
+void frmChangeIcon::SetScrollRange(int maximum, int largeChange, bool enabled) {
+  scrollMax_ = std::max(0, maximum);
+  SCROLLINFO si{};
+  si.cbSize = sizeof si;
+  si.fMask = SIF_RANGE | SIF_PAGE;
+  // The thumb covers one large change, so the highest position is exactly the maximum.
+  si.nMin = 0;
+  si.nMax = scrollMax_ > 0 ? scrollMax_ + largeChange - 1 : 0;
+  si.nPage = scrollMax_ > 0 ? static_cast<UINT>(largeChange) : 0;
+  SetScrollInfo(scroll_, SB_CTL, &si, TRUE);
+  EnableWindow(scroll_, enabled);
+  EnableScrollBar(scroll_, SB_CTL, enabled ? ESB_ENABLE_BOTH : ESB_DISABLE_BOTH);
+  SetScrollValue(ScrollValue());
+}
+
+void frmChangeIcon::SetScrollValue(int value) {
+  value = std::clamp(value, 0, scrollMax_);
+  SCROLLINFO si{};
+  si.cbSize = sizeof si;
+  si.fMask = SIF_POS;
+  si.nPos = value;
+  SetScrollInfo(scroll_, SB_CTL, &si, TRUE);
+  SetWindowPos(lstMain_, nullptr, -value, 0, gridWidth_, kGridHeight, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void frmChangeIcon::FollowSelection() {
+  const int value = ScrollValue();
+  if (sel_.left < value) {
+    SetScrollValue(std::max(0, value - kCell));
+  } else if (sel_.right > value + InnerWidth()) {
+    SetScrollValue(std::min(scrollMax_, value + kCell));
+  }
+}
+
+// --- the seam's picker ----------------------------------------------------------------------------
+
+bool RealSeam::ChooseIcon(HWND owner, std::string& file, int16_t& index) {
+  frmChangeIcon form;
+  form.Filename = file;
+  form.IconIndex = index;
+  if (!form.ChooseIcon(owner)) return false;
+  file = form.Filename;
+  index = form.IconIndex;
+  return true;
+}
+
+}  // namespace ui

@@ -1,8 +1,86 @@
-// Placeholder until the rename box lands.
+#include "ui/frmRename.h"
+
+#include "ids_picker.h"
+#include "ui/modMsgbox.h"
 #include "ui/seam.h"
+#include "ui/win.h"
+
 namespace ui {
-std::optional<std::string> RealSeam::AskName(HWND, const std::string&, const std::string&,
-                                             const std::string&) {
-  return std::nullopt;
+
+std::optional<std::string> frmRename::Show(HWND owner) {
+  result_.reset();
+  DialogBoxParamA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDD_RENAME), owner, &DialogProc,
+                  reinterpret_cast<LPARAM>(this));
+  return result_;
 }
+
+INT_PTR CALLBACK frmRename::DialogProc(HWND h, UINT msg, WPARAM wp, LPARAM lp) noexcept {
+  try {
+    frmRename* self = nullptr;
+    if (msg == WM_INITDIALOG) {
+      self = reinterpret_cast<frmRename*>(lp);
+      SetWindowLongPtrA(h, DWLP_USER, lp);
+      self->hwnd_ = h;
+    } else {
+      self = reinterpret_cast<frmRename*>(GetWindowLongPtrA(h, DWLP_USER));
+    }
+    return self ? self->Handle(msg, wp, lp) : FALSE;
+  } catch (...) {
+    return FALSE;
+  }
 }
+
+INT_PTR frmRename::Handle(UINT msg, WPARAM wp, LPARAM) {
+  switch (msg) {
+    case WM_INITDIALOG:
+      Form_Load();
+      return TRUE;  // the dialog manager focuses the text box and selects its text
+    case WM_COMMAND:
+      if (LOWORD(wp) == IDOK) cmdOK_Click();          // OK and Enter
+      if (LOWORD(wp) == IDCANCEL) cmdCancel_Click();  // Cancel, Escape and the close box
+      return TRUE;
+    case WM_DESTROY:
+      hwnd_ = textbox_ = nullptr;
+      return FALSE;
+  }
+  return FALSE;
+}
+
+void frmRename::Form_Load() {
+  textbox_ = GetDlgItem(hwnd_, IDC_RN_TEXT);
+  SetText(GetDlgItem(hwnd_, IDC_RN_LABEL), LabelText);
+  SetText(textbox_, Text);
+}
+
+void frmRename::cmdOK_Click() {
+  std::string name = GetText(textbox_);
+  if (name.empty()) {
+    // The prompt belongs to this box while it is open, not to the main window behind it.
+    HWND previous = modMsgbox::Owner();
+    modMsgbox::SetOwner(hwnd_);
+    modMsgbox::EmptyName();
+    modMsgbox::SetOwner(previous);
+    SetText(textbox_, EmptyReset);
+    SendMessageA(hwnd_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(textbox_), TRUE);
+    SendMessageA(textbox_, EM_SETSEL, 0, -1);
+    return;
+  }
+  result_ = std::move(name);
+  EndDialog(hwnd_, IDOK);
+}
+
+void frmRename::cmdCancel_Click() {
+  result_.reset();
+  EndDialog(hwnd_, IDCANCEL);
+}
+
+std::optional<std::string> RealSeam::AskName(HWND owner, const std::string& label, const std::string& text,
+                                             const std::string& emptyReset) {
+  frmRename form;
+  form.LabelText = label;
+  form.Text = text;
+  form.EmptyReset = emptyReset;
+  return form.Show(owner);
+}
+
+}  // namespace ui

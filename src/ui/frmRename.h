@@ -1,0 +1,35 @@
+#pragma once
+// frmRename: the small modal "Rename" box. A label says what is renamed, a text box holds the name.
+// OK refuses an empty name (a prompt, then the reset text comes back into the box); Enter is OK,
+// Escape and the close box are Cancel.
+#include <windows.h>
+
+#include <optional>
+#include <string>
+
+namespace ui {
+
+class frmRename {
+ public:
+  std::string LabelText;   // "Type a new name for " and the item, from the caller
+  std::string Text;        // the text box's first content
+  std::string EmptyReset;  // put back into the box when OK finds it empty
+
+  // Shows the box modally; the accepted name, or nothing when cancelled.
+  std::optional<std::string> Show(HWND owner = nullptr);
+
+  HWND hwnd() const { return hwnd_; }
+
+ private:
+  static INT_PTR CALLBACK DialogProc(HWND, UINT, WPARAM, LPARAM) noexcept;
+  INT_PTR Handle(UINT msg, WPARAM wp, LPARAM lp);
+  void Form_Load();
+  void cmdOK_Click();
+  void cmdCancel_Click();
+
+  HWND hwnd_ = nullptr;
+  HWND textbox_ = nullptr;
+  std::optional<std::string> result_;
+};
+
+}  // namespace ui
