@@ -18,6 +18,7 @@ namespace {
 
 constexpr const char* kSettingsCommand = "rundll32.exe shell32.dll,Control_RunDLL desk.cpl,,3";
 constexpr int kSlots = 3;
+constexpr UINT kComeForward = WM_APP + 1;
 
 // Layout in dialog units, so that it follows the dialog font.
 constexpr int kMarginX = 7, kMarginTop = 10, kMarginBottom = 10;
@@ -92,6 +93,12 @@ class PromptDialog {
       case WM_PAINT:
         OnPaint();
         return TRUE;
+      case kComeForward:
+        SetForegroundWindow(dlg_);
+        // The first window of a process can be activated before it is shown, and its caption then
+        // stays drawn as inactive.
+        if (GetActiveWindow() == dlg_) SendMessageA(dlg_, WM_NCACTIVATE, TRUE, 0);
+        return TRUE;
       case WM_CTLCOLORSTATIC:
         return OnCtlColorStatic(reinterpret_cast<HDC>(wp), reinterpret_cast<HWND>(lp));
       default:
@@ -138,7 +145,8 @@ class PromptDialog {
       SendMessageA(dlg_, DM_SETDEFID, IDC_PROMPT_BUTTON0 + def, 0);
       SendMessageA(dlg_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Button(def)), TRUE);
     }
-    if (!owner_) SetForegroundWindow(dlg_);
+    // Without an owner to come back to, the prompt brings itself to the front once it is shown.
+    if (!owner_) PostMessageA(dlg_, kComeForward, 0, 0);
     return FALSE;  // the focus is set
   }
 
