@@ -66,10 +66,10 @@ void RealSeam::RunCommand(const std::string& commandLine) {
 
 void RealSeam::OpenHelp(HWND owner, const std::string& helpFile, unsigned command,
                         const std::string& keyword) {
-  // Topic commands take the topic number itself; keyword commands take the text.
-  const bool topic = command == HELP_CONTEXT || command == HELP_CONTEXTPOPUP;
-  ULONG_PTR data = topic ? static_cast<ULONG_PTR>(std::strtoul(keyword.c_str(), nullptr, 10))
-                         : reinterpret_cast<ULONG_PTR>(keyword.c_str());
+  // A context topic travels as its number, given here in decimal text; keywords as text.
+  ULONG_PTR data = (command == HELP_CONTEXT || command == HELP_CONTEXTPOPUP)
+                       ? std::strtoul(keyword.c_str(), nullptr, 10)
+                       : reinterpret_cast<ULONG_PTR>(keyword.c_str());
   WinHelpA(owner, helpFile.c_str(), command, data);
 }
 

@@ -58,7 +58,8 @@ class Seam {
   virtual void ShellOpen(HWND owner, const std::string& target) = 0;
   // ...a command line started as a program...
   virtual void RunCommand(const std::string& commandLine) = 0;
-  // ...the help file opened at a keyword (HELP_PARTIALKEY) or a context topic...
+  // ...the help file opened at a keyword (HELP_PARTIALKEY) or a context topic (HELP_CONTEXT, the
+  // topic number in decimal text as the keyword)...
   virtual void OpenHelp(HWND owner, const std::string& helpFile, unsigned command,
                         const std::string& keyword) = 0;
   // ...and restarting Windows.

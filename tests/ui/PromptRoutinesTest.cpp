@@ -1,0 +1,172 @@
+// The prompt routines: every text, button, icon and check box as the person will see it, and the
+// "do not show again" memory in the real registry.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <functional>
+
+#include "registry/modRegistry.h"
+#include "support/RegistryScope.h"
+#include "support/ScriptedSeam.h"
+#include "ui/modMsgbox.h"
+
+namespace {
+
+const std::string kSettings = vxtest::kProgramKey + "\\Settings";
+
+struct RoutineCase {
+  const char* name;
+  std::function<int()> show;
+  std::string message;
+  std::array<std::string, 3> buttons;
+  std::string icon;
+  std::string checkBox;
+  int helpTopic;
+};
+
+TEST(PromptRoutines, EachPromptHasItsTextButtonsAndIcon) {
+  const std::string sureChange = "\n\nAre you sure you want to change this setting?";
+  const std::string sureContinue = "\n\nAre you sure you want to continue?";
+  const RoutineCase cases[] = {
+      {"RestartLater", modMsgbox::RestartLater,
+       "One or more of these changes you have made will only take effect the next time you start Windows.",
+       {"OK", "", ""}, "32516", "", 0},
+      {"ColourDepth", modMsgbox::ColourDepth,
+       "Your display is currently configured for 256 colours or less.\n\nTo use high colour icons, your "
+       "display's colour palette must be set to either High Colour or True Colour.\n\nYou can change your "
+       "colour palette settings by selecting the \"Settings...\" button below.",
+       {"&Settings...", "OK", ""}, "32513", "", 0},
+      {"NotepadOnAllFiles", modMsgbox::NotepadOnAllFiles,
+       "Adding Notepad to all files causes conflicts with the Microsoft Office shortcut bar." + sureChange,
+       {"Cancel", "OK", ""}, "32514", "", 0},
+      {"HideNetworkNeighborhood", modMsgbox::HideNetworkNeighborhood,
+       "Hiding Network Neighborhood disables shell support for Universal Naming Convention (UNC) notation." +
+           sureChange,
+       {"&Help", "Cancel", "OK"}, "32515", "", 0},
+      {"DisableDesktop", modMsgbox::DisableDesktop,
+       "Disabling the Desktop causes a conflict with Internet Explorer 4.0 which may make this change "
+       "irreversable." + sureChange,
+       {"Cancel", "OK", ""}, "32515", "", 0},
+      {"RestoreAllPointers", [] { return modMsgbox::RestoreAllPointers("Windows 98"); },
+       "Restoring all your Windows 98 pointers will return them to Microsoft setup defaults." + sureContinue,
+       {"Cancel", "OK", ""}, "32514", "", 0},
+      {"RestoreAllIcons", [] { return modMsgbox::RestoreAllIcons("Windows NT"); },
+       "Restoring all your Windows NT system icons will return them to Microsoft setup defaults." + sureContinue,
+       {"Cancel", "OK", ""}, "32514", "", 0},
+      {"RestoreAllSettings", [] { return modMsgbox::RestoreAllSettings("Windows 95"); },
+       "Restoring all your Windows 95 system settings will return them to Microsoft setup defaults." +
+           sureContinue,
+       {"Cancel", "OK", ""}, "32514", "", 0},
+      {"SaveBeforeClosing", modMsgbox::SaveBeforeClosing, "Would you like to save your changes before closing?",
+       {"&Cancel", "No", "Yes"}, "32514", "", 0},
+      {"InvalidTheme", [] { return modMsgbox::InvalidTheme("C:\\My Themes\\odd & end.txt"); },
+       "The file C:\\My Themes\\odd & end.txt does not appear to be a valid theme file.", {"OK", "", ""},
+       "32513", "", 0},
+      {"OverwriteTheme", [] { return modMsgbox::OverwriteTheme("Blue Sky"); },
+       "Are you sure you want to overwrite the Icon Theme:\n\nBlue Sky\n\nIf you tick the box below, theme "
+       "files will automatically be overwritten when you click save.",
+       {"&Cancel", "No", "Yes"}, "32514", "Do not ask me this question next time", 0},
+      {"RestartNow", modMsgbox::RestartNow,
+       "You will need to restart your computer for one or more of these changes to take effect.\n\nWould you "
+       "like to restart your computer now?",
+       {"No", "Yes", ""}, "32514", "", 0},
+      {"RebuildNotice", [] { return modMsgbox::RebuildNotice("Windows 98"); },
+       "Vexillor has notified Windows 98 of your changes.\n\nWindows 95 and Windows NT contains flaws that can "
+       "cause these changes to be ignored under certain conditions.\n\nIf your changes are not applied you "
+       "will need to select the \"Rebuild Icon Cache\" option from the File menu.\n\nFor more information about "
+       "this problem, please select the \"Help\" button below.",
+       {"&Help", "OK", ""}, "32515", "Do not show this dialog again", 4600},
+      {"EmptyName", modMsgbox::EmptyName, "You must provide a name for your system icon.", {"OK", "", ""},
+       "32515", "", 0},
+      {"RemoveDesktopIni", modMsgbox::RemoveDesktopIni,
+       "Restoring this icon will remove the 'desktop.ini' file from the selected folder." + sureContinue,
+       {"Cancel", "OK", ""}, "32514", "", 0},
+      {"RemoveAutorunInf", modMsgbox::RemoveAutorunInf,
+       "Restoring this icon will remove the 'autorun.inf' file from the selected hard drive." + sureContinue,
+       {"Cancel", "OK", ""}, "32514", "", 0},
+      {"NothingToRestore", modMsgbox::NothingToRestore,
+       "You must select a customised folder or hard drive before it can be restored to the default icon.",
+       {"OK", "", ""}, "32516", "", 0},
+  };
+  vxtest::RegistryScope registry{{vxtest::kProgramKey}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    vxtest::ScriptedSeam seam;
+    vxtest::SeamScope scope(seam);
+    // The pressed slot comes back unchanged.
+    seam.promptAnswers.push_back({1, false});
+    EXPECT_EQ(c.show(), 1);
+    ASSERT_EQ(seam.prompts.size(), 1u);
+    const ui::PromptRequest& r = seam.prompts[0];
+    EXPECT_EQ(r.message, c.message);
+    EXPECT_EQ(r.buttons, c.buttons);
+    EXPECT_EQ(r.icon, c.icon);
+    EXPECT_EQ(r.checkBox, c.checkBox);
+    EXPECT_EQ(r.helpTopic, c.helpTopic);
+    // Only the remembered prompts may leave anything behind, and only when ticked.
+    EXPECT_FALSE(vxtest::KeyExists(kSettings));
+  }
+}
+
+struct MemoryCase {
+  const char* value;
+  std::function<int()> show;
+};
+
+const MemoryCase kMemories[] = {
+    {"Dialog Rebuild", [] { return modMsgbox::RebuildNotice("Windows 95"); }},
+    {"Dialog Overwrite", [] { return modMsgbox::OverwriteTheme("Autumn"); }},
+};
+
+TEST(PromptMemory, OneSuppressesThePromptAnyOtherValueShowsIt) {
+  for (const auto& m : kMemories) {
+    SCOPED_TRACE(m.value);
+    struct Stored {
+      bool present;
+      DWORD type;
+      std::string bytes;
+      bool shown;
+    };
+    const std::string one("\1\0\0\0", 4), zero("\0\0\0\0", 4), ten("\x0a\0\0\0", 4), two("\2\0\0\0", 4);
+    const Stored table[] = {
+        {false, 0, "", true},          // never asked before: reads as 10
+        {true, REG_DWORD, one, false}, // remembered
+        {true, REG_DWORD, zero, true}, {true, REG_DWORD, two, true}, {true, REG_DWORD, ten, true},
+        {true, REG_SZ, std::string("1\0", 2), true},  // not a number: reads as 10
+    };
+    for (const auto& s : table) {
+      vxtest::RegistryScope registry{{vxtest::kProgramKey}};
+      if (s.present) vxtest::WriteRaw(kSettings, m.value, s.type, s.bytes);
+      vxtest::ScriptedSeam seam;
+      vxtest::SeamScope scope(seam);
+      seam.promptAnswers.push_back({0, false});
+      EXPECT_EQ(m.show(), s.shown ? 0 : -1) << "stored type " << s.type << " bytes " << s.bytes.size();
+      EXPECT_EQ(seam.prompts.size(), s.shown ? 1u : 0u);
+    }
+  }
+}
+
+TEST(PromptMemory, TickingTheBoxRemembersOneAsADword) {
+  for (const auto& m : kMemories) {
+    SCOPED_TRACE(m.value);
+    for (bool tick : {false, true}) {
+      vxtest::RegistryScope registry{{vxtest::kProgramKey}};
+      vxtest::WriteRaw(kSettings, m.value, REG_DWORD, std::string("\0\0\0\0", 4));
+      vxtest::ScriptedSeam seam;
+      vxtest::SeamScope scope(seam);
+      seam.promptAnswers.push_back({2, tick});
+      EXPECT_EQ(m.show(), 2);
+      DWORD type = 0;
+      std::string bytes;
+      ASSERT_TRUE(vxtest::ReadRaw(kSettings, m.value, type, bytes));
+      EXPECT_EQ(type, static_cast<DWORD>(REG_DWORD));
+      EXPECT_EQ(bytes, tick ? std::string("\1\0\0\0", 4) : std::string("\0\0\0\0", 4));
+      // Once remembered, the next call asks nothing.
+      seam.promptAnswers.push_back({1, false});
+      EXPECT_EQ(m.show(), tick ? -1 : 1);
+      EXPECT_EQ(seam.prompts.size(), tick ? 1u : 2u);
+    }
+  }
+}
+
+}  // namespace
