@@ -3,6 +3,7 @@
 // stores its current icon, its Windows default and the condition under which it is listed at all.
 // The item keys are the program's vocabulary: the lists, Apply and the theme files all use them.
 #include <array>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -42,7 +43,8 @@ struct IconItem {
   std::string storageKey;    // registry key path holding the current location
   std::string storageValue;  // value name ("" = the key's default value)
   std::string classKey;      // class key of renamable items and desktop items ("" otherwise)
-  std::string className;     // document types: the class read from the extension key
+  std::string className;     // document types: the class read from the extension key ("" when it
+                             // names none; the row is then listed only for ".bat", shown at its default)
   std::string defaultFile;   // Windows default icon file
   int defaultIndex = 0;      // Windows default icon index (pointers: n, in the program's own exe)
 };
@@ -57,5 +59,24 @@ std::vector<IconItem> Add_Icons(const Environment& env, const IconLists& lists);
 
 // The entry with the given key on the given tab, or nullptr.
 const IconItem* FindItem(const std::vector<IconItem>& catalogue, int tab, const std::string& key);
+
+// What a row shows: an icon file and index.
+struct ShownIcon {
+  std::string file;
+  int16_t index = 0;
+};
+
+// The location a row shows: the stored one when it is usable (a file with icons, an index from 0 to
+// the icon count), else the Windows default. Pointers show their stored cursor file with index 0.
+ShownIcon CurrentIcon(const IconItem& item, const Environment& env);
+
+// The class key's default value, or the default caption when that is missing or empty.
+std::string DisplayName(const std::string& defaultCaption, const std::string& classKey);
+
+// Items that the shell names from their class key, so the user can rename them.
+bool IsRenamable(const std::string& key);
+
+// Number of icons in a file (0 when it is missing or holds none).
+int IconCount(const std::string& file);
 
 }  // namespace vx
