@@ -64,16 +64,15 @@ Plan UndoFor(const Step& step, bool& exact) {
     case StepKind::SetDword:
     case StepKind::SetRaw:
     case StepKind::SetBinary: {
-      if (!modRegistry::KeyExists(step.key)) {
-        // SaveBinary does not create keys, so it leaves nothing to take back here.
-        if (step.kind == StepKind::SetBinary) return {};
-        return RemoveCreatedKeys(step.key);
-      }
+      // The value first: once Apply has run, it is there nearly always, and one read settles it.
       DWORD type = REG_NONE;
       std::string bytes;
       if (modRegistry::ReadValue(step.key, step.value, type, bytes))
         return {SetRaw(step.key, step.value, type, bytes)};
-      return {DeleteValue(step.key, step.value)};
+      if (modRegistry::KeyExists(step.key)) return {DeleteValue(step.key, step.value)};
+      // SaveBinary does not create keys, so it leaves nothing to take back here.
+      if (step.kind == StepKind::SetBinary) return {};
+      return RemoveCreatedKeys(step.key);
     }
     case StepKind::DeleteValue: {
       DWORD type = REG_NONE;
