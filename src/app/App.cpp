@@ -3,8 +3,5 @@
 #include <windows.h>
 
 namespace vx {
-int RunVexillor(const std::string&, int) {
-  MessageBoxA(nullptr, "Vexillor", "Vexillor", MB_OK);
-  return 0;
-}
+int RunVexillor(const std::string&, int) { return 0; }
 }  // namespace vx

@@ -3,6 +3,7 @@
 #include <commdlg.h>
 #include <shellapi.h>
 
+#include <cstdlib>
 #include <vector>
 
 namespace ui {
@@ -65,7 +66,11 @@ void RealSeam::RunCommand(const std::string& commandLine) {
 
 void RealSeam::OpenHelp(HWND owner, const std::string& helpFile, unsigned command,
                         const std::string& keyword) {
-  WinHelpA(owner, helpFile.c_str(), command, reinterpret_cast<ULONG_PTR>(keyword.c_str()));
+  // Topic commands take the topic number itself; keyword commands take the text.
+  const bool topic = command == HELP_CONTEXT || command == HELP_CONTEXTPOPUP;
+  ULONG_PTR data = topic ? static_cast<ULONG_PTR>(std::strtoul(keyword.c_str(), nullptr, 10))
+                         : reinterpret_cast<ULONG_PTR>(keyword.c_str());
+  WinHelpA(owner, helpFile.c_str(), command, data);
 }
 
 void EnableShutdownPrivilege() {

@@ -1,0 +1,133 @@
+#pragma once
+// Main: the one window of the program. It owns the run: the environment, the icon lists, the
+// run-wide flags and the preferences, and its handlers (named after the control and event they
+// serve) stay short, handing the work to the icon, settings and theme routines.
+#include <windows.h>
+
+#include <array>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/Preferences.h"
+#include "icons/Catalogue.h"
+#include "icons/IconEdits.h"
+#include "system/Environment.h"
+#include "ui/FolderTree.h"
+#include "ui/ListBoxIcons.h"
+#include "ui/win.h"
+
+namespace vx {
+
+class Main : public ui::Window, public EditHost {
+ public:
+  static constexpr int kTabCount = 9;
+  // The design position and size of the window, in pixels.
+  static constexpr int kDesignLeft = 120, kDesignTop = 80, kClientWidth = 500, kClientHeight = 452;
+
+  Main();
+  ~Main() override;
+
+  // Creates the window and runs Form_Load (which shows it). quitOnClose ends the message loop when
+  // the window goes away (the program's own window; tests make several).
+  bool Create(const Environment& env, const std::string& commandLine, bool quitOnClose = true);
+
+  // --- handlers -----------------------------------------------------------------------------------
+  void Form_Load();
+  bool Form_QueryUnload();  // true cancels the closing
+  void Form_Unload();
+  void TabStrip_Click();
+  void cmdApply_Click();
+  void cmdOK_Click();
+  void cmdCancel_Click();
+  void cmdHelp_Click();
+  void OnCommand(int id);  // menus, toolbar, buttons
+  void SetCurrentTheme(const std::string& pathOrLoad);  // the current-theme routine
+  void SetRecentThemes(const std::string& path);        // the recent-themes routine
+  void SetToolbarStyle(bool textBeside);                // the toolbar style routine
+  void SelectTab(int tab);                              // selects tab 1..9 as a click would
+  void lstbxExplorer_Click();                           // selection changed in the folder tree
+
+  // Commands whose work arrives later (themes, settings, restoring everything); greyed until then.
+  void OpenTheme(const std::string& path, bool fromCommandLine);
+  void SaveTheme();
+  void SaveThemeAs();
+  void RestoreAllSettings();
+  void RestoreAllIcons();
+  void RestoreAllPointers();
+
+  // --- state, read by tests and the other routines --------------------------------------------------
+  const Environment& environment() const { return env_; }
+  const RecentMenu& recentMenu() const { return recent_; }
+  HMENU fileMenu() const;
+  HWND toolbar() const { return toolbar_; }
+  HWND tabStrip() const { return tab_; }
+  HWND control(int id) const { return GetDlgItem(hwnd(), id); }
+  const std::string& currentThemePath() const { return currentTheme_; }
+  bool applyEnabled() const;
+  ui::FolderTree& folderTree() { return folderTree_; }
+  int treeWidthTwips() const { return treeWidth_; }
+  void SetTreeWidthTwips(int twips);
+
+  // Run-wide flags.
+  bool rebuildCachePending = false;
+  bool restartNeeded = false;
+  bool restartLater = false;
+  bool treeFilled = false;
+  bool autoApplyMode = false;
+
+  // --- EditHost ----------------------------------------------------------------------------------------
+  HWND Owner() override { return hwnd(); }
+  const Environment& Env() override { return env_; }
+  const std::vector<IconItem>& Catalogue() override { return catalogue_; }
+  int CurrentTab() override;
+  ui::ListBoxIcons* List(int tab) override;
+  std::string InfoBar() override;
+  void SetInfoBar(const std::string& text) override;
+  void EnableDefault(bool on) override;
+  void EnableRename(bool on) override;
+  void EnableApply() override;
+  void SetRebuildCachePending() override { rebuildCachePending = true; }
+  std::string ExplorerPath() override;
+  void RefreshFolderTree() override;
+
+ protected:
+  LRESULT HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override;
+
+ private:
+  void CreateControls();
+  void CreateMenus();
+  void CreateToolbar();
+  void LayoutPanes();
+  void ShowPaneOf(int tab);
+  void RebuildRecentMenu();
+  void RestorePosition();
+  void FillSettingsTree();
+  LRESULT OnNotify(const NMHDR* hdr);
+  void OnSplitterMove(int x);
+  void EnterContextHelp();
+  void EndContextHelp(POINT screenPoint, bool show);
+
+  Environment env_;
+  std::string commandLine_;
+  bool quitOnClose_ = true;
+  std::vector<IconItem> catalogue_;
+  std::array<std::unique_ptr<ui::ListBoxIcons>, 10> lists_{};
+  std::unique_ptr<ui::Window> paneWindow_;
+  ui::FolderTree folderTree_;
+  ui::Splitter splitter_;
+  HWND toolbarHost_ = nullptr, toolbar_ = nullptr, tab_ = nullptr, pane_ = nullptr, settingsTree_ = nullptr;
+  HMENU menu_ = nullptr;
+  HFONT font_ = nullptr;
+  ui::ImageListHandle toolbarImages_;
+  RecentMenu recent_;
+  std::string currentTheme_;
+  int treeWidth_ = 3375;  // folder tree width in twips
+  bool closing_ = false;
+  bool contextHelp_ = false;
+};
+
+// Creates the main window, runs the message loop and returns the exit code.
+int RunMain(const std::string& commandLine, int show);
+
+}  // namespace vx

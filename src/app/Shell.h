@@ -1,0 +1,34 @@
+#pragma once
+// The main window's fixed furniture as data: toolbar buttons, accelerators, context-help topics, the
+// maker's addresses, and the about box.
+#include <windows.h>
+
+#include <vector>
+
+namespace vx {
+
+inline constexpr const char* kHomePage = "http://www.quenby.example/vexillor";
+inline constexpr const char* kAuthorMail = "mailto:vexillor@quenby.example";
+
+struct ToolbarButton {
+  const char* caption;  // nullptr: separator; also the tooltip
+  int image;            // index in the toolbar image strip
+  int command;
+};
+
+// The seventeen toolbar buttons, in order (indexes 3, 6, 9, 12 and 16 are separators).
+const std::vector<ToolbarButton>& ToolbarButtons();
+
+// Commands whose work is not built yet: shown greyed on menus and toolbar.
+const std::vector<int>& UnavailableCommands();
+
+// Ctrl+O, Ctrl+S, F1, Ctrl+Tab and Ctrl+Shift+Tab (next and previous tab), Ctrl+PgDn/PgUp.
+HACCEL CreateMainAccelerators();
+
+// The help topic of a control id, 0 for none.
+unsigned HelpTopicOf(int controlId);
+
+// The about box.
+void ShowAbout(HWND owner);
+
+}  // namespace vx
