@@ -52,8 +52,8 @@ Environment Env(const char* code, const char* ie, bool startMenuOrder) {
   return env;
 }
 
-// The lists as the catalogue fills them in this environment (Hand and My Documents only on 98, the
-// desktop-update entries only with it, Users Program Group only on NT), and document types with classes.
+// Lists holding every item (the pointer "Hand" only on 98, as the catalogue lists it), and document
+// types with and without classes.
 struct Fixture {
   MapValues lists;
   std::vector<IconItem> catalogue;
@@ -82,15 +82,11 @@ Fixture Lists(const Environment& env) {
                      "Text Select", "Handwriting", "Unavailable", "Vertical Resize", "Horizontal Resize",
                      "Diagonal Resize 1", "Diagonal Resize 2", "Move", "Alternate Select"});
   f.lists.mice[{kTabPointers, "Busy"}] = "";  // the Windows default cursor
-  if (env.IsWin98()) {
-    add(kTabDesktop, {"My Documents"});
-    add(kTabPointers, {"Hand"});
-  }
-  if (env.desktopUpdate) {
-    add(kTabStart, {"Favorites", "Log Off..."});
-    add(kTabFolders, {"Subscriptions", "ActiveX Cache"});
-  }
-  if (env.IsNT()) add(kTabFolders, {"Users Program Group"});
+  if (env.IsWin98()) add(kTabPointers, {"Hand"});
+  // Listed here in every edition, so that only Apply's own conditions can keep them out.
+  add(kTabDesktop, {"My Documents"});
+  add(kTabStart, {"Favorites", "Log Off..."});
+  add(kTabFolders, {"Subscriptions", "ActiveX Cache", "Users Program Group"});
 
   auto doc = [&](const char* key, const char* className) {
     IconItem item;
@@ -345,6 +341,38 @@ TEST(IconApplyExecute, WritesTheRegistryAndUndoRestoresIt) {
     }
   }
   EXPECT_EQ(modRegistry::GetString(CUR, "Arrow"), "C:\\old\\arrow.cur");
+}
+
+TEST(ApplyPlanUndo, PutsBackTypesRemovedValuesAndCreatedKeys) {
+  vxtest::RegistryScope scope{{kTestKey}};
+  const std::string k = kTestKey + "\\Undo";
+  vxtest::WriteRaw(k, "expand", REG_EXPAND_SZ, std::string("%SystemRoot%\\a.dll,1", 21));
+  vxtest::WriteRaw(k, "gone", REG_BINARY, std::string("\1\0", 2));
+  modRegistry::CreateKey(k + "\\Old");
+  const Plan plan = {SetString(k, "expand", "C:\\b.dll,2"), SetDword(k + "\\A\\B\\C", "n", 5),
+                     SetString(k + "\\A\\B", "", "x"), DeleteValue(k, "gone"), DeleteValue(k, "never"),
+                     CreateKey(k + "\\New\\Deep"), SetString(k, "added", "y")};
+  const UndoRecord undo = Execute(plan);
+  EXPECT_TRUE(undo.exact);
+  EXPECT_EQ(modRegistry::GetDword(k + "\\A\\B\\C", "n"), 5);
+  EXPECT_FALSE(vxtest::ValueExists(k, "gone"));
+  Execute(undo.plan);
+  DWORD type = 0;
+  std::string bytes;
+  ASSERT_TRUE(vxtest::ReadRaw(k, "expand", type, bytes));
+  EXPECT_EQ(type, static_cast<DWORD>(REG_EXPAND_SZ));
+  EXPECT_EQ(bytes, std::string("%SystemRoot%\\a.dll,1", 21));
+  ASSERT_TRUE(vxtest::ReadRaw(k, "gone", type, bytes));
+  EXPECT_EQ(type, static_cast<DWORD>(REG_BINARY));
+  EXPECT_FALSE(vxtest::ValueExists(k, "added"));
+  EXPECT_FALSE(vxtest::KeyExists(k + "\\A"));
+  EXPECT_FALSE(vxtest::KeyExists(k + "\\New"));
+  // A deleted key comes back empty only, and the record says so.
+  modRegistry::SaveString(k + "\\Old", "v", "1");
+  const UndoRecord partial = Execute({DeleteKey(k, "Old")});
+  EXPECT_FALSE(partial.exact);
+  Execute(partial.plan);
+  EXPECT_TRUE(vxtest::KeyExists(k + "\\Old"));
 }
 
 // Records "Shell Icon Size" whenever a top-level window hears of new icon metrics.
