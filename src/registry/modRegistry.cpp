@@ -172,6 +172,29 @@ void CreateKey(const std::string& keyPath) {
   if (RegCreateKeyA(root, sub.c_str(), &created) == ERROR_SUCCESS) RegCloseKey(created);
 }
 
+bool KeyExists(const std::string& keyPath) {
+  OpenKey key(keyPath, kRead);
+  return static_cast<bool>(key);
+}
+
+bool ReadValue(const std::string& keyPath, const std::string& valueName, DWORD& type, std::string& bytes) {
+  OpenKey key(keyPath, kRead);
+  if (!key) return false;
+  DWORD size = 0;
+  if (Query(key.get(), valueName, &type, nullptr, &size) != ERROR_SUCCESS) return false;
+  bytes.assign(size, '\0');
+  if (Query(key.get(), valueName, &type, bytes.data(), &size) != ERROR_SUCCESS) return false;
+  bytes.resize(size);
+  return true;
+}
+
+void WriteValue(const std::string& keyPath, const std::string& valueName, DWORD type, const std::string& bytes) {
+  WriteCreating(keyPath, [&](HKEY key) {
+    RegSetValueExA(key, valueName.c_str(), 0, type, reinterpret_cast<const BYTE*>(bytes.data()),
+                   static_cast<DWORD>(bytes.size()));
+  });
+}
+
 void SetErrorReporter(std::function<void(const std::string&)> report) {
   ErrorReporter() = std::move(report);
 }

@@ -35,6 +35,12 @@ void DeleteValue(const std::string& keyPath, const std::string& valueName);
 void DeleteKey(const std::string& parentPath, const std::string& subkeyName);
 void CreateKey(const std::string& keyPath);
 
+// Raw access for callers that must put a value back exactly as it was found (Apply's undo record).
+// ReadValue is false when the key or the value is missing; WriteValue creates a missing key.
+bool KeyExists(const std::string& keyPath);
+bool ReadValue(const std::string& keyPath, const std::string& valueName, DWORD& type, std::string& bytes);
+void WriteValue(const std::string& keyPath, const std::string& valueName, DWORD type, const std::string& bytes);
+
 // SaveBinary's "Error" message goes through this; by default a plain message box with an OK button.
 // Tests install their own to record it.
 void SetErrorReporter(std::function<void(const std::string&)> report);

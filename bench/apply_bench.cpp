@@ -1,0 +1,170 @@
+// How much the plan costs over the bare registry writes it makes. One full icon Apply (plan built from
+// lists holding every catalogue item, then executed) is timed against a bare loop that makes the same
+// writes with RegOpenKeyExA/RegCreateKeyA + RegSetValueExA + RegCloseKey, in the same run, several
+// rounds each, interleaved. The fifteen SPI_SETCURSORS calls and the icon-cache rebuild (two writes and
+// two broadcasts) are not registry writes: they are left out of the comparison and timed on their own.
+//
+// Usage: apply_bench.exe [rounds] [output file]; results go to stdout and, when given, to the file.
+// Run it in a throwaway Wine prefix (scripts/bench.sh): it writes the shell's icon keys for real, and
+// puts back what it found at the end through the plan's undo record.
+#include <windows.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "icons/ApplyPlan.h"
+#include "icons/IconApply.h"
+#include "icons/Refresh.h"
+#include "registry/modRegistry.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Every item of every icon list, as the lists would hold them after start-up.
+class FullLists : public vx::ListValues {
+ public:
+  FullLists() {
+    const std::map<int, std::vector<const char*>> keys = {
+        {vx::kTabDesktop, {"My Computer", "My Documents", "Network Neighborhood", "The Internet", "In Box",
+                           "My Briefcase", "Recycle Bin (empty)", "Recycle Bin (full)"}},
+        {vx::kTabStart, {"Programs", "Favorites", "Documents", "Settings", "Find", "Help", "Run...", "Log Off...",
+                         "Suspend", "Shut Down...", "Settings - Control Panel", "Settings - Printers"}},
+        {vx::kTabFolders, {"Closed Folder", "Open Folder", "Program Group", "Users Program Group", "Control Panel",
+                           "Dial-Up Networking", "Printers", "Favorites", "Url History", "Subscriptions",
+                           "ActiveX Cache", "Scheduled Tasks"}},
+        {vx::kTabDrives, {"Floppy Drive 5.25", "Floppy Drive 3.5", "Hard Drive", "Network Drive (connected)",
+                          "Network Drive (offline)", "CD-ROM Drive", "Removable Drive", "RAM Drive"}},
+        {vx::kTabOthers, {"Shortcut Overlay", "Sharing Overlay", "Desktop", "Entire Network", "Workgroup",
+                          "Computer", "Audio CD"}},
+        {vx::kTabSystem, {"Bitmap Image", "Configuration Settings", "Default Icon", "Default Document",
+                          "GIF Image", "Internet Document", "JPEG Image", "Media Clip", "Movie Clip",
+                          "MS-DOS Application", "MS-DOS Batch File", "MIDI Sequence", "Rich Text Format",
+                          "Text Document", "Video Clip", "Wave Sound", "Write Document", "Zip File"}},
+        {vx::kTabPointers, {"Normal Select", "Help Select", "Working In Background", "Busy", "Precision Select",
+                            "Text Select", "Handwriting", "Unavailable", "Vertical Resize", "Horizontal Resize",
+                            "Diagonal Resize 1", "Diagonal Resize 2", "Move", "Alternate Select", "Hand"}},
+    };
+    int n = 0;
+    for (const auto& [tab, list] : keys)
+      for (const char* key : list) {
+        items_[{tab, key}] = "%SystemRoot%\\System32\\shell32.dll," + std::to_string(n++);
+        if (tab == vx::kTabSystem && std::string(key).find("Default") == std::string::npos &&
+            std::string(key) != "MS-DOS Application") {
+          vx::IconItem item;
+          item.tab = tab;
+          item.key = item.caption = key;
+          item.className = "VexillorBench.Class" + std::to_string(n);
+          catalogue.push_back(item);
+        }
+      }
+  }
+  std::vector<vx::IconItem> catalogue;
+  std::string ItemFullPath(int tab, const std::string& key) const override { return Find(tab, key); }
+  std::string ItemCaption(int, const std::string& key) const override { return "Bench " + key; }
+  std::string ItemFullPathmouse(int tab, const std::string& key) const override {
+    return tab == vx::kTabPointers ? "C:\\windows\\cursors\\" + key + ".cur" : std::string();
+  }
+
+ private:
+  std::string Find(int tab, const std::string& key) const {
+    auto it = items_.find({tab, key});
+    return it == items_.end() ? std::string() : it->second;
+  }
+  std::map<std::pair<int, std::string>, std::string> items_;
+};
+
+// The same writes with nothing but the registry API: open (or create) the key, set, close.
+void BareLoop(const vx::Plan& writes) {
+  for (const vx::Step& s : writes) {
+    std::string sub = s.key;
+    HKEY root = modRegistry::SplitKeyPath(sub);
+    HKEY key = nullptr;
+    if (RegOpenKeyExA(root, sub.c_str(), 0, KEY_WRITE, &key) != ERROR_SUCCESS &&
+        RegCreateKeyA(root, sub.c_str(), &key) != ERROR_SUCCESS)
+      continue;
+    RegSetValueExA(key, s.value.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(s.text.data()),
+                   static_cast<DWORD>(s.text.size()));
+    RegCloseKey(key);
+  }
+}
+
+template <typename F>
+double Millis(F&& f) {
+  const auto start = Clock::now();
+  f();
+  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+double Median(std::vector<double> v) {
+  std::sort(v.begin(), v.end());
+  return v.empty() ? 0 : v[v.size() / 2];
+}
+
+}  // namespace
+
+int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR cmdLine, int) {
+  int rounds = 20;
+  std::string outFile;
+  {
+    std::string args = cmdLine ? cmdLine : "";
+    const auto blank = args.find(' ');
+    if (!args.empty()) rounds = std::max(1, std::atoi(args.substr(0, blank).c_str()));
+    if (blank != std::string::npos) outFile = args.substr(blank + 1);
+  }
+
+  const vx::Environment env = vx::DetectEnvironment();
+  const FullLists lists;
+  vx::IconApplyOptions options;
+  options.currentThemePath = "C:\\bench.vxtheme";
+
+  // What a full Apply writes, and the notification calls that are timed apart.
+  const vx::Plan full = vx::BuildIconApplyPlan(env, lists.catalogue, lists, options);
+  vx::Plan writes, notifications;
+  for (const vx::Step& s : full) (vx::IsNotification(s) ? notifications : writes).push_back(s);
+
+  // The first Apply records what was there, so the prefix is left as found; it also creates every
+  // key, so that no round pays for creating keys the others do not.
+  const vx::UndoRecord undo = vx::Execute(writes);
+
+  std::vector<double> plan, execute, bare, cursors, rebuild;
+  for (int r = 0; r < rounds; ++r) {
+    plan.push_back(Millis([&] {
+      vx::Plan p = vx::BuildIconApplyPlan(env, lists.catalogue, lists, options);
+      p.erase(std::remove_if(p.begin(), p.end(), vx::IsNotification), p.end());
+      vx::Run(p);
+    }));
+    bare.push_back(Millis([&] { BareLoop(writes); }));
+    execute.push_back(Millis([&] { vx::Execute(writes); }));
+    cursors.push_back(Millis([&] { vx::Run(notifications); }));
+    rebuild.push_back(Millis(
+        [&] { vx::Run(vx::BuildRebuildPlan(modRegistry::GetString(vx::kWindowMetricsKey, "Shell Icon Size"))); }));
+  }
+  vx::Run(undo.plan);
+
+  const double p = Median(plan), b = Median(bare), e = Median(execute);
+  char text[1024];
+  std::snprintf(text, sizeof text,
+                "apply_bench: %d rounds, %zu registry writes per Apply (median per round)\n"
+                "  icon Apply (build plan + run writes)    %8.2f ms\n"
+                "  bare RegSetValueExA loop, same writes   %8.2f ms\n"
+                "  ratio plan / bare                       %8.2f\n"
+                "  Execute with undo record (writes only)  %8.2f ms   ratio %.2f\n"
+                "  apart: 15 SPI_SETCURSORS calls          %8.2f ms\n"
+                "  apart: icon-cache rebuild (2 writes, 2 broadcasts) %8.2f ms\n",
+                rounds, writes.size(), p, b, b > 0 ? p / b : 0.0, e, b > 0 ? e / b : 0.0, Median(cursors),
+                Median(rebuild));
+  std::fputs(text, stdout);
+  std::fflush(stdout);
+  if (!outFile.empty())
+    if (FILE* f = std::fopen(outFile.c_str(), "w")) {
+      std::fputs(text, f);
+      std::fclose(f);
+    }
+  return 0;
+}

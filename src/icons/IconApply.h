@@ -1,0 +1,74 @@
+#pragma once
+// The icon half of Apply: every item of every icon list is written, changed or not (the lists hold the
+// whole intended state), in a fixed order: desktop icons and names, Start, Folders, Drives, Others,
+// document types, pointers, then the current theme path. Built as a plan (ApplyPlan.h) and executed.
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "icons/ApplyPlan.h"
+#include "icons/Catalogue.h"
+#include "system/Environment.h"
+
+namespace vx {
+
+inline constexpr const char* kProgramSettingsKey = "HKEY_CURRENT_USER\\Software\\Quenby\\Vexillor\\Settings";
+
+// What Apply reads from the icon lists, by tab and item key. An item that is not in the list (or a
+// list that does not exist) reads as an empty text, as the list control itself answers.
+class ListValues {
+ public:
+  virtual ~ListValues() = default;
+  virtual std::string ItemFullPath(int tab, const std::string& key) const = 0;
+  virtual std::string ItemCaption(int tab, const std::string& key) const = 0;
+  virtual std::string ItemFullPathmouse(int tab, const std::string& key) const = 0;
+};
+
+// ListValues read from the main window's icon list controls.
+class ListBoxValues : public ListValues {
+ public:
+  explicit ListBoxValues(const IconLists& lists) : lists_(lists) {}
+  std::string ItemFullPath(int tab, const std::string& key) const override;
+  std::string ItemCaption(int tab, const std::string& key) const override;
+  std::string ItemFullPathmouse(int tab, const std::string& key) const override;
+
+ private:
+  const IconLists& lists_;
+};
+
+struct IconApplyOptions {
+  bool settingsTreeBuilt = false;  // the settings tree was filled in this run
+  bool autoApplyMode = false;      // started with "/a"
+  // The tree's "Bitmap Thumbnail as Default Icon" node: on, off, or not in the tree.
+  std::optional<bool> bitmapThumbnail;
+  std::string currentThemePath;    // saved as "Current Theme"
+};
+
+// Steps 1 to 8 of the icon half, in their order. Reads the registry once, for the Recycle Bin's
+// current default icon (whether the bin shows empty now).
+Plan BuildIconApplyPlan(const Environment& env, const std::vector<IconItem>& catalogue,
+                        const ListValues& lists, const IconApplyOptions& options);
+Plan BuildIconApplyPlan(const Environment& env, const std::vector<IconItem>& catalogue,
+                        const IconLists& lists, const IconApplyOptions& options);
+
+// The writes that follow "Bitmap Image" when the settings tree decides them (empty otherwise).
+Plan BitmapThumbnailSteps(const IconApplyOptions& options);
+
+// The pointer step: fifteen Cursors values, then fifteen SPI_SETCURSORS calls.
+Plan PointerSteps(const ListValues& lists);
+
+// Apply's icon half for the main window: builds and executes the plan, then rebuilds the icon cache
+// when rebuildCachePending is set and offers a restart when restartNeeded is set (a declined restart
+// sets restartLater). The caller disables Apply and restores the mouse pointer afterwards. Returns
+// the undo record of the writes.
+UndoRecord ApplyIconChanges(const Environment& env, const std::vector<IconItem>& catalogue,
+                            const ListValues& lists, const IconApplyOptions& options,
+                            bool& rebuildCachePending, bool& restartNeeded, bool& restartLater,
+                            const std::function<void()>& refreshFolderTree);
+UndoRecord ApplyIconChanges(const Environment& env, const std::vector<IconItem>& catalogue,
+                            const IconLists& lists, const IconApplyOptions& options,
+                            bool& rebuildCachePending, bool& restartNeeded, bool& restartLater,
+                            const std::function<void()>& refreshFolderTree);
+
+}  // namespace vx
