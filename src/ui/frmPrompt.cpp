@@ -102,7 +102,6 @@ class PromptDialog {
       case WM_CTLCOLORSTATIC:
         return OnCtlColorStatic(reinterpret_cast<HDC>(wp), reinterpret_cast<HWND>(lp));
       default:
-        (void)lp;
         return FALSE;
     }
   }
