@@ -246,6 +246,9 @@ LRESULT frmChangeIcon::HandleGrid(UINT msg, WPARAM wp, LPARAM lp) {
     case WM_KEYDOWN:
       lstMain_KeyDown(static_cast<int>(wp));
       return 0;
+    case WM_MOUSEWHEEL:  // the wheel turns the grid by columns: down or towards you is to the right
+      SetScrollValue(ScrollValue() - GET_WHEEL_DELTA_WPARAM(wp) / WHEEL_DELTA * kCell);
+      return 0;
   }
   return DefWindowProcA(lstMain_, msg, wp, lp);
 }
