@@ -24,8 +24,8 @@ constexpr char kFilter[] =
 
 HINSTANCE Instance() { return GetModuleHandleA(nullptr); }
 
-// The existence test is a directory search, as ExtractIconA would also find a bare name on the
-// search path that the person cannot see in any folder.
+// A directory search for the name itself: ExtractIconA alone would also find a bare name on the
+// program search path, which the person could not find in any folder.
 bool FileExists(const std::string& name) {
   WIN32_FIND_DATAA found;
   HANDLE h = FindFirstFileA(name.c_str(), &found);
