@@ -192,6 +192,7 @@ INT_PTR frmChangeIcon::HandleDialog(UINT msg, WPARAM wp, LPARAM lp) {
       return FALSE;
     case WM_DESTROY:
       if (GetCapture() == lstMain_) ReleaseCapture();
+      SetWindowLongPtrA(txtFilename_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(editProc_));
       hwnd_ = txtFilename_ = cmdOK_ = container_ = lstMain_ = scroll_ = nullptr;
       return FALSE;
   }
@@ -253,14 +254,16 @@ LRESULT frmChangeIcon::HandleGrid(UINT msg, WPARAM wp, LPARAM lp) {
   return DefWindowProcA(lstMain_, msg, wp, lp);
 }
 
-LRESULT CALLBACK frmChangeIcon::FilenameProc(HWND h, UINT msg, WPARAM wp, LPARAM lp, UINT_PTR id,
-                                             DWORD_PTR ref) noexcept {
+// The file box keeps its own procedure; ours goes in front of it with plain window subclassing,
+// which every Windows version has (the common-controls subclass helpers need a newer comctl32).
+LRESULT CALLBACK frmChangeIcon::FilenameProc(HWND h, UINT msg, WPARAM wp, LPARAM lp) noexcept {
+  auto* self = reinterpret_cast<frmChangeIcon*>(GetWindowLongPtrA(h, GWLP_USERDATA));
+  if (!self || !self->editProc_) return DefWindowProcA(h, msg, wp, lp);
   try {
-    auto* self = reinterpret_cast<frmChangeIcon*>(ref);
     switch (msg) {
       case WM_GETDLGCODE:
         // Enter belongs to the box (it shows the typed file), not to the default button.
-        if (wp == VK_RETURN) return DefSubclassProc(h, msg, wp, lp) | DLGC_WANTALLKEYS;
+        if (wp == VK_RETURN) return CallWindowProcA(self->editProc_, h, msg, wp, lp) | DLGC_WANTALLKEYS;
         break;
       case WM_KEYDOWN:
         if (wp == VK_RETURN) {
@@ -271,11 +274,8 @@ LRESULT CALLBACK frmChangeIcon::FilenameProc(HWND h, UINT msg, WPARAM wp, LPARAM
       case WM_CHAR:
         if (wp == '\r') return 0;  // no beep
         break;
-      case WM_NCDESTROY:
-        RemoveWindowSubclass(h, &FilenameProc, id);
-        break;
     }
-    return DefSubclassProc(h, msg, wp, lp);
+    return CallWindowProcA(self->editProc_, h, msg, wp, lp);
   } catch (...) {
     return 0;
   }
@@ -288,7 +288,9 @@ void frmChangeIcon::Form_Load() {
   cmdOK_ = GetDlgItem(hwnd_, IDOK);
   container_ = GetDlgItem(hwnd_, IDC_CI_CONTAINER);
   scroll_ = GetDlgItem(hwnd_, IDC_CI_SCROLL);
-  SetWindowSubclass(txtFilename_, &FilenameProc, 1, reinterpret_cast<DWORD_PTR>(this));
+  SetWindowLongPtrA(txtFilename_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  editProc_ = reinterpret_cast<WNDPROC>(
+      SetWindowLongPtrA(txtFilename_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&FilenameProc)));
   lstMain_ = CreateWindowExA(0, kGridClass, "", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 0, 0, 0, kGridHeight,
                              container_, reinterpret_cast<HMENU>(IDC_CI_LIST), Instance(), nullptr);
   SetWindowLongPtrA(lstMain_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
