@@ -19,7 +19,7 @@ cleanup() {
 }
 trap 'cleanup >/dev/null 2>&1' EXIT
 rc=0
-for exe in "$build"/bench/*.exe; do
+for exe in "$build"/bench/*_bench.exe; do
   [ -e "$exe" ] || continue
   name=$(basename "$exe" .exe)
   # A GUI program's stdout may not reach us through Wine: each benchmark also writes its results to a
