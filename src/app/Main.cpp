@@ -473,7 +473,7 @@ void Main::cmdApply_Click() {
   options.settingsTreeBuilt = treeFilled;
   options.autoApplyMode = autoApplyMode;
   options.currentThemePath = currentTheme_;
-  ApplyIconChanges(env_, catalogue_, lists, options, rebuildCachePending, restartNeeded, restartLater,
+  lastUndo_ = ApplyIconChanges(env_, catalogue_, lists, options, rebuildCachePending, restartNeeded, restartLater,
                    [this] { RefreshFolderTree(); });
   EnableWindow(control(IDC_APPLY), FALSE);
 }
@@ -634,7 +634,8 @@ LRESULT Main::HandleMessage(UINT msg, WPARAM wp, LPARAM lp) {
       if (closing_ || Form_QueryUnload()) return 0;
       closing_ = true;
       Form_Unload();
-      Destroy();
+      // DestroyWindow itself (not Destroy, which detaches first) so WM_DESTROY still reaches us.
+      DestroyWindow(hwnd());
       return 0;
     case WM_DESTROY:
       if (quitOnClose_) PostQuitMessage(0);

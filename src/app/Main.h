@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/Preferences.h"
+#include "icons/ApplyPlan.h"
 #include "icons/Catalogue.h"
 #include "icons/IconEdits.h"
 #include "system/Environment.h"
@@ -69,6 +70,8 @@ class Main : public ui::Window, public EditHost {
   ui::FolderTree& folderTree() { return folderTree_; }
   int treeWidthTwips() const { return treeWidth_; }
   void SetTreeWidthTwips(int twips);
+  // What the last Apply replaced, so it can be put back exactly.
+  const UndoRecord& lastUndo() const { return lastUndo_; }
 
   // Run-wide flags.
   bool rebuildCachePending = false;
@@ -127,6 +130,7 @@ class Main : public ui::Window, public EditHost {
   int treeWidth_ = 3375;  // folder tree width in twips
   bool closing_ = false;
   bool contextHelp_ = false;
+  UndoRecord lastUndo_;
 };
 
 // Creates the main window, runs the message loop and returns the exit code.

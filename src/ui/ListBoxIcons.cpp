@@ -647,7 +647,10 @@ std::string ListBoxIcons::SeledFullIconPath() const {
 }
 
 std::string ListBoxIcons::ItemFullPath(const std::string& key) const {
-  const auto& item = impl_->Slot(impl_->Find(key));
+  // A key that no item holds has no location at all: the empty text, not a comma and an index.
+  const int i = impl_->Find(key);
+  if (i >= impl_->count) return "";
+  const auto& item = impl_->Slot(i);
   return item.iconPath + "," + std::to_string(item.iconIndex);
 }
 

@@ -468,15 +468,15 @@ TEST_F(ListTest, ChangeFollowsItsRules) {
   EXPECT_EQ(list.ItemFullPath("b"), "b.dll,4");
 
   // No match (keys compare case-sensitively): the slot after the last item is written, which a
-  // later AddItem takes over.
-  EXPECT_EQ(list.ItemFullPath("missing"), ",0");
+  // later AddItem takes over; the location of a key no item holds is the empty text.
+  EXPECT_EQ(list.ItemFullPath("missing"), "");
   list.Change("A", "q.dll", 9, "Ghost");
   EXPECT_EQ(list.ItemFullPath("a"), "v.ico,0");
-  EXPECT_EQ(list.ItemFullPath("missing"), "q.dll,9");
+  EXPECT_EQ(list.ItemFullPath("missing"), "");
   EXPECT_EQ(list.ItemCaption("missing"), "Ghost");
   list.AddItem("Third", "t.dll", 1, "c");
   EXPECT_EQ(list.ItemFullPath("c"), "t.dll,1");
-  EXPECT_EQ(list.ItemFullPath("missing"), ",0");
+  EXPECT_EQ(list.ItemFullPath("missing"), "");
 }
 
 TEST_F(ListTest, SelectedAndKeyedReadersAgree) {
