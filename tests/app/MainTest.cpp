@@ -234,6 +234,17 @@ TEST_F(MainWindow, ClosingWithPendingChangesAnsweredEachWay) {
   }
 }
 
+TEST_F(MainWindow, AnsweringYesAppliesBeforeClosing) {
+  auto m = Open();
+  m->EnableApply();
+  seam.promptAnswers.push_back({2, false});
+  EXPECT_TRUE(Close(*m));
+  // Apply ran: it records the (empty) current theme among its writes, then the window went away.
+  EXPECT_EQ(Setting("Current Theme"), "");
+  EXPECT_FALSE(m->lastUndo().plan.empty());
+  vx::Run(m->lastUndo().plan);  // every value Apply replaced goes back as it was
+}
+
 TEST_F(MainWindow, ADeclinedRestartIsRemindedOnClose) {
   auto m = Open();
   m->restartLater = true;
