@@ -4,15 +4,19 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <memory>
 #include <map>
 #include <utility>
 
+#include "IconFixtures.h"
 #include "icons/ApplyPlan.h"
 #include "icons/IconApply.h"
 #include "icons/Refresh.h"
 #include "registry/modRegistry.h"
 #include "support/RegistryScope.h"
 #include "support/ScriptedSeam.h"
+#include "ui/ListBoxIcons.h"
 
 using namespace vx;
 
@@ -373,6 +377,52 @@ TEST(ApplyPlanUndo, PutsBackTypesRemovedValuesAndCreatedKeys) {
   EXPECT_FALSE(partial.exact);
   Execute(partial.plan);
   EXPECT_TRUE(vxtest::KeyExists(k + "\\Old"));
+}
+
+// The same plan read from real list controls filled by Add_Icons: with no cursor scheme every pointer
+// is the Windows default and writes an empty value, and keys the lists do not hold read as empty.
+TEST(IconApplyLists, RealListsFilledByAdd_Icons) {
+  vxtest::SavedValues saved(vxtest::CatalogueValues());
+  vxtest::RegistryScope scope{{vxtest::kProgramKey}};
+  const Environment env = vxtest::Env("WinNT");
+  HWND parent = CreateWindowExA(0, "STATIC", "", WS_OVERLAPPEDWINDOW, 0, 0, 400, 600, nullptr, nullptr,
+                                GetModuleHandleA(nullptr), nullptr);
+  std::array<std::unique_ptr<ui::ListBoxIcons>, 10> owned;
+  IconLists lists{};
+  for (int t : {2, 3, 4, 5, 6, 7, 9}) {
+    owned[t] = std::make_unique<ui::ListBoxIcons>();
+    owned[t]->Create(parent, 100 + t, 0, 0, 300, 500);
+    lists[t] = owned[t].get();
+  }
+  const std::vector<IconItem> catalogue = Add_Icons(env, lists);
+  const Plan plan = BuildIconApplyPlan(env, catalogue, lists, IconApplyOptions{});
+  const auto lines = Describe(plan);
+  auto has = [&](const std::string& line) { return std::find(lines.begin(), lines.end(), line) != lines.end(); };
+
+  EXPECT_TRUE(has(Set(env.myComputerKey + "\\DefaultIcon", "", lists[kTabDesktop]->ItemFullPath("My Computer"))));
+  EXPECT_TRUE(has(Set(SI, "3", lists[kTabFolders]->ItemFullPath("Closed Folder"))));
+  EXPECT_TRUE(has(Set(SI, "16", "")));
+  EXPECT_TRUE(has(Set(SI, "42", lists[kTabFolders]->ItemFullPath("Users Program Group"))));
+  for (const std::string& line : lines) {
+    EXPECT_EQ(line.find("{450D8FBA"), std::string::npos) << line;  // My Documents: Windows 98 only
+    EXPECT_EQ(line.find("= \",0\""), std::string::npos) << line;   // nothing read from an empty slot
+  }
+
+  const auto first = std::find(lines.begin(), lines.end(), Set(CUR, "Arrow", ""));
+  ASSERT_GE(lines.end() - first, 31);
+  for (size_t i = 0; i < 15; ++i) {
+    EXPECT_EQ(first[i], Set(CUR, vxtest::kCursorRoles[i], ""));
+    EXPECT_EQ(first[15 + i], "system parameter 87 " + std::to_string(i) + " null 0");
+  }
+
+  const UndoRecord undo = Execute(plan);
+  for (const std::string& role : vxtest::kCursorRoles) {
+    EXPECT_TRUE(vxtest::ValueExists(CUR, role));
+    EXPECT_EQ(modRegistry::GetString(CUR, role), "") << role;
+  }
+  Execute(undo.plan);
+  for (auto& l : owned) l.reset();
+  DestroyWindow(parent);
 }
 
 // Records "Shell Icon Size" whenever a top-level window hears of new icon metrics.
