@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <array>
 #include <memory>
 #include <map>
@@ -17,6 +18,7 @@
 #include "support/RegistryScope.h"
 #include "support/ScriptedSeam.h"
 #include "ui/ListBoxIcons.h"
+#include "ui/ModalDriver.h"
 
 using namespace vx;
 
@@ -520,6 +522,38 @@ TEST(PromptRestartTest, YesRestartsThroughTheSeamNoRestartsLater) {
     ASSERT_EQ(seam.prompts.size(), 1u);
     EXPECT_EQ(seam.prompts[0].buttons[1], "Yes");
   }
+}
+
+// The real prompt dialog, answered by clicking its buttons; only the restart itself is recorded.
+class RealPromptsSeam : public ui::RealSeam {
+ public:
+  std::vector<bool> restarts;
+  void RestartWindows(bool privilege) override { restarts.push_back(privilege); }
+};
+
+TEST(PromptRestartDialog, TheRealPromptsAnswerDecides) {
+  RealPromptsSeam seam;
+  vxtest::SeamScope scope(seam);
+  // VX_PROMPT_HOLD_MS keeps the prompt on screen for a screenshot.
+  const char* hold = std::getenv("VX_PROMPT_HOLD_MS");
+  for (const char* button : {"No", "Yes"}) {
+    std::vector<vxtest::ModalSteps::Step> steps(static_cast<size_t>(hold ? std::atoi(hold) / 40 : 0),
+                                                [](HWND) {});
+    steps.push_back([button](HWND dialog) {
+      for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+        char text[32] = {};
+        GetWindowTextA(child, text, sizeof text);
+        if (std::string(text) == button) vxtest::Click(child);
+      }
+    });
+    vxtest::ModalSteps driver("Vexillor", steps);
+    bool needed = true;
+    const bool later = PromptRestart(Env("WinNT", "Error", false), needed);
+    EXPECT_FALSE(driver.leftOpen()) << button;
+    EXPECT_FALSE(needed);
+    EXPECT_EQ(later, std::string(button) == "No");
+  }
+  EXPECT_EQ(seam.restarts, std::vector<bool>{true});
 }
 
 TEST_F(Rebuild, ApplyRebuildsAndOffersRestartOnlyWhenFlagged) {
