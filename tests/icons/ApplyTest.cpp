@@ -472,7 +472,8 @@ TEST_F(Rebuild, BumpsTheIconSizeBetweenTwoBroadcasts) {
     const char* stored;  // nullptr: no value
     std::vector<std::string> heard;
     const char* after;
-  } cases[] = {{"32", {"33", "32"}, "32"}, {nullptr, {"33", "32"}, "32"}, {"48", {"49", "48"}, "48"}};
+  } cases[] = {{"32", {"33", "32"}, "32"}, {nullptr, {"33", "32"}, "32"}, {"", {"33", "32"}, "32"},
+               {"48", {"49", "48"}, "48"}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.stored ? c.stored : "missing");
     if (c.stored) modRegistry::SaveString(kWindowMetricsKey, "Shell Icon Size", c.stored);
@@ -486,7 +487,7 @@ TEST_F(Rebuild, BumpsTheIconSizeBetweenTwoBroadcasts) {
     EXPECT_EQ(refreshed, 1);
     EXPECT_FALSE(pending);
   }
-  ASSERT_EQ(seam.prompts.size(), 3u);  // the notice after each rebuild
+  ASSERT_EQ(seam.prompts.size(), 4u);  // the notice after each rebuild
 }
 
 TEST_F(Rebuild, NoticeUnlessSwitchedOffAndFlagClearedEitherWay) {
