@@ -14,6 +14,11 @@ if [ ! -f "$template/.ready" ] || [ ! -f "$template/drive_c/windows/Fonts/marlet
   cp /usr/share/wine/fonts/*.ttf "$template/drive_c/windows/Fonts/" 2>/dev/null || true
   touch "$template/.ready"
 fi
+# A template made before Wine's fonts were installed gets them now (dialogs need Tahoma and Marlett).
+if [ ! -f "$template/drive_c/windows/Fonts/tahoma.ttf" ] && ls /usr/share/wine/fonts/*.ttf >/dev/null 2>&1; then
+  mkdir -p "$template/drive_c/windows/Fonts"
+  cp /usr/share/wine/fonts/*.ttf "$template/drive_c/windows/Fonts/"
+fi
 rm -rf "$dir"
 cp -a "$template" "$dir"
 if [ "$mode" = desktop ]; then

@@ -1,7 +1,7 @@
 #include "app/App.h"
 
-#include <windows.h>
+#include "app/Main.h"
 
 namespace vx {
-int RunVexillor(const std::string&, int) { return 0; }
+int RunVexillor(const std::string& commandLine, int show) { return RunMain(commandLine, show); }
 }  // namespace vx

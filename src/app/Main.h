@@ -15,6 +15,7 @@
 #include "system/Environment.h"
 #include "ui/FolderTree.h"
 #include "ui/ListBoxIcons.h"
+#include "ui/Splitter.h"
 #include "ui/win.h"
 
 namespace vx {
@@ -23,7 +24,7 @@ class Main : public ui::Window, public EditHost {
  public:
   static constexpr int kTabCount = 9;
   // The design position and size of the window, in pixels.
-  static constexpr int kDesignLeft = 120, kDesignTop = 80, kClientWidth = 500, kClientHeight = 452;
+  static constexpr int kDesignLeft = 120, kDesignTop = 80, kClientWidth = 540, kClientHeight = 456;
 
   Main();
   ~Main() override;
@@ -113,7 +114,7 @@ class Main : public ui::Window, public EditHost {
   bool quitOnClose_ = true;
   std::vector<IconItem> catalogue_;
   std::array<std::unique_ptr<ui::ListBoxIcons>, 10> lists_{};
-  std::unique_ptr<ui::Window> paneWindow_;
+  std::unique_ptr<ui::Window> paneWindow_, toolbarHostWindow_;
   ui::FolderTree folderTree_;
   ui::Splitter splitter_;
   HWND toolbarHost_ = nullptr, toolbar_ = nullptr, tab_ = nullptr, pane_ = nullptr, settingsTree_ = nullptr;

@@ -164,8 +164,8 @@ struct ListBoxIcons::Impl {
           impl_.OnButtonDown(msg, GET_Y_LPARAM(lp));
           return 0;
         case WM_LBUTTONDBLCLK:
-          impl_.pressed = true;
-          SetCapture(hwnd());
+          // No capture here: the host answers a double click with a modal dialog.
+          impl_.pressed = false;
           impl_.dblClicked = true;
           if (impl_.owner.DblClick) impl_.owner.DblClick();
           return 0;
@@ -308,7 +308,7 @@ struct ListBoxIcons::Impl {
     HDC dc = bufferDc.get();
     if (TextWidth(text) > surfW - kTooWideMargin) text = text.substr(0, keep) + " ...";
     const double width = TextWidth(text);
-    // Rounded half to even, as the original integer conversion of this sum did.
+    // Rounded to the nearest integer, halves to even.
     const int left = static_cast<int>(std::nearbyint((surfW + kCaptionArea) / 2.0 - width / 2.0));
     RECT r{left, row * kRow + kCaptionTop, surfW - 1, row * kRow + kRow};
     SelectScope f(dc, font.get());

@@ -24,8 +24,8 @@ constexpr char kFilter[] =
 
 HINSTANCE Instance() { return GetModuleHandleA(nullptr); }
 
-// The existence test is a directory search, as ExtractIconA would also find a bare name on the
-// search path that the person cannot see in any folder.
+// A directory search for the name itself: ExtractIconA alone would also find a bare name on the
+// program search path, which the person could not find in any folder.
 bool FileExists(const std::string& name) {
   WIN32_FIND_DATAA found;
   HANDLE h = FindFirstFileA(name.c_str(), &found);
@@ -192,6 +192,7 @@ INT_PTR frmChangeIcon::HandleDialog(UINT msg, WPARAM wp, LPARAM lp) {
       return FALSE;
     case WM_DESTROY:
       if (GetCapture() == lstMain_) ReleaseCapture();
+      SetWindowLongPtrA(txtFilename_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(editProc_));
       hwnd_ = txtFilename_ = cmdOK_ = container_ = lstMain_ = scroll_ = nullptr;
       return FALSE;
   }
@@ -246,18 +247,23 @@ LRESULT frmChangeIcon::HandleGrid(UINT msg, WPARAM wp, LPARAM lp) {
     case WM_KEYDOWN:
       lstMain_KeyDown(static_cast<int>(wp));
       return 0;
+    case WM_MOUSEWHEEL:  // the wheel turns the grid by columns: down or towards you is to the right
+      SetScrollValue(ScrollValue() - GET_WHEEL_DELTA_WPARAM(wp) / WHEEL_DELTA * kCell);
+      return 0;
   }
   return DefWindowProcA(lstMain_, msg, wp, lp);
 }
 
-LRESULT CALLBACK frmChangeIcon::FilenameProc(HWND h, UINT msg, WPARAM wp, LPARAM lp, UINT_PTR id,
-                                             DWORD_PTR ref) noexcept {
+// The file box keeps its own procedure; ours goes in front of it with plain window subclassing,
+// which every Windows version has (the common-controls subclass helpers need a newer comctl32).
+LRESULT CALLBACK frmChangeIcon::FilenameProc(HWND h, UINT msg, WPARAM wp, LPARAM lp) noexcept {
+  auto* self = reinterpret_cast<frmChangeIcon*>(GetWindowLongPtrA(h, GWLP_USERDATA));
+  if (!self || !self->editProc_) return DefWindowProcA(h, msg, wp, lp);
   try {
-    auto* self = reinterpret_cast<frmChangeIcon*>(ref);
     switch (msg) {
       case WM_GETDLGCODE:
         // Enter belongs to the box (it shows the typed file), not to the default button.
-        if (wp == VK_RETURN) return DefSubclassProc(h, msg, wp, lp) | DLGC_WANTALLKEYS;
+        if (wp == VK_RETURN) return CallWindowProcA(self->editProc_, h, msg, wp, lp) | DLGC_WANTALLKEYS;
         break;
       case WM_KEYDOWN:
         if (wp == VK_RETURN) {
@@ -268,11 +274,8 @@ LRESULT CALLBACK frmChangeIcon::FilenameProc(HWND h, UINT msg, WPARAM wp, LPARAM
       case WM_CHAR:
         if (wp == '\r') return 0;  // no beep
         break;
-      case WM_NCDESTROY:
-        RemoveWindowSubclass(h, &FilenameProc, id);
-        break;
     }
-    return DefSubclassProc(h, msg, wp, lp);
+    return CallWindowProcA(self->editProc_, h, msg, wp, lp);
   } catch (...) {
     return 0;
   }
@@ -285,7 +288,9 @@ void frmChangeIcon::Form_Load() {
   cmdOK_ = GetDlgItem(hwnd_, IDOK);
   container_ = GetDlgItem(hwnd_, IDC_CI_CONTAINER);
   scroll_ = GetDlgItem(hwnd_, IDC_CI_SCROLL);
-  SetWindowSubclass(txtFilename_, &FilenameProc, 1, reinterpret_cast<DWORD_PTR>(this));
+  SetWindowLongPtrA(txtFilename_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  editProc_ = reinterpret_cast<WNDPROC>(
+      SetWindowLongPtrA(txtFilename_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&FilenameProc)));
   lstMain_ = CreateWindowExA(0, kGridClass, "", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 0, 0, 0, kGridHeight,
                              container_, reinterpret_cast<HMENU>(IDC_CI_LIST), Instance(), nullptr);
   SetWindowLongPtrA(lstMain_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));

@@ -50,7 +50,7 @@ class frmChangeIcon {
 
   static INT_PTR CALLBACK DialogProc(HWND, UINT, WPARAM, LPARAM) noexcept;
   static LRESULT CALLBACK GridProc(HWND, UINT, WPARAM, LPARAM) noexcept;
-  static LRESULT CALLBACK FilenameProc(HWND, UINT, WPARAM, LPARAM, UINT_PTR, DWORD_PTR) noexcept;
+  static LRESULT CALLBACK FilenameProc(HWND, UINT, WPARAM, LPARAM) noexcept;
   INT_PTR HandleDialog(UINT msg, WPARAM wp, LPARAM lp);
   LRESULT HandleGrid(UINT msg, WPARAM wp, LPARAM lp);
 
@@ -81,6 +81,7 @@ class frmChangeIcon {
   HWND container_ = nullptr;
   HWND lstMain_ = nullptr;
   HWND scroll_ = nullptr;
+  WNDPROC editProc_ = nullptr;  // the file box's own procedure, under ours
   std::unique_ptr<BackBuffer> buffer_;
   std::string displayed_;  // the file whose icons the grid shows
   int16_t iconCount_ = 0;

@@ -102,7 +102,6 @@ class PromptDialog {
       case WM_CTLCOLORSTATIC:
         return OnCtlColorStatic(reinterpret_cast<HDC>(wp), reinterpret_cast<HWND>(lp));
       default:
-        (void)lp;
         return FALSE;
     }
   }
@@ -192,10 +191,11 @@ class PromptDialog {
         check ? measure(request_.checkBox, DT_SINGLELINE, 0).right + dluX(kCheckBox) : 0;
     const int bandW = checkW + (check && count ? dluX(kCheckGap) : 0) + buttonsW;
 
-    // The message wraps at the usual width, or at the band's when that is wider; a word longer than
-    // that widens the dialog.
+    // The message wraps at the usual width, or at the band's when that is wider. A word longer than
+    // a line (a deep path) is broken where the line ends, as an edit control does, rather than
+    // stretching the dialog off the screen. These are the flags the static control draws with.
     const std::string text = DisplayText(request_.message);
-    const UINT textFlags = DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX;
+    const UINT textFlags = DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX | DT_EDITCONTROL;
     const int wrap = std::max(dluX(kTextWidth), bandW - iconW - iconGap);
     RECT textRect = measure(text, textFlags, wrap);
     const int textW = static_cast<int>(textRect.right), textH = static_cast<int>(textRect.bottom);

@@ -82,32 +82,32 @@ int LiveIcons() {
   return live;
 }
 
-// Writes a one-frame animated cursor: a solid red 32 x 32 image.
+// Writes a one-frame animated cursor whose 32 x 32 image is solid red.
 void WriteRedAni(const std::string& path) {
-  auto le16 = [](std::string& s, int v) { s += static_cast<char>(v & 0xff); s += static_cast<char>((v >> 8) & 0xff); };
-  auto le32 = [&](std::string& s, int v) { le16(s, v & 0xffff); le16(s, (v >> 16) & 0xffff); };
-  std::string image;  // BITMAPINFOHEADER, 32-bit colour rows, then the AND mask
-  le32(image, 40); le32(image, 32); le32(image, 64); le16(image, 1); le16(image, 32);
-  for (int i = 0; i < 6; ++i) le32(image, 0);
-  for (int i = 0; i < 32 * 32; ++i) le32(image, static_cast<int>(0xFFFF0000u));
+  auto put = [](std::string& s, uint32_t v, int bytes) {
+    for (int i = 0; i < bytes; ++i) s += static_cast<char>((v >> (8 * i)) & 0xff);
+  };
+  std::string image;  // BITMAPINFOHEADER (double height for the mask), colour rows, AND mask
+  for (uint32_t v : {40u, 32u, 64u}) put(image, v, 4);
+  put(image, 1, 2), put(image, 32, 2);
+  image.append(24, '\0');
+  for (int i = 0; i < 32 * 32; ++i) put(image, 0xFFFF0000u, 4);
   image.append(32 * 4, '\0');
-  std::string cur;
-  le16(cur, 0); le16(cur, 2); le16(cur, 1);
-  cur += static_cast<char>(32); cur += static_cast<char>(32); cur += '\0'; cur += '\0';
-  le16(cur, 0); le16(cur, 0); le32(cur, static_cast<int>(image.size())); le32(cur, 22);
+  std::string cur;  // header, one directory entry (hot spot 0,0), image
+  put(cur, 0, 2), put(cur, 2, 2), put(cur, 1, 2), put(cur, 0x2020, 4), put(cur, 0, 4);
+  put(cur, static_cast<uint32_t>(image.size()), 4), put(cur, 22, 4);
   cur += image;
-  std::string anih;
-  for (int v : {36, 1, 1, 0, 0, 0, 0, 10, 1}) le32(anih, v);
-  std::string fram = "fram";
-  fram += "icon"; le32(fram, static_cast<int>(cur.size())); fram += cur;
-  std::string body = "ACON";
-  body += "anih"; le32(body, 36); body += anih;
-  body += "LIST"; le32(body, static_cast<int>(fram.size())); body += fram;
+  std::string fram = "framicon";
+  put(fram, static_cast<uint32_t>(cur.size()), 4);
+  fram += cur;
+  std::string body = "ACONanih";
+  for (uint32_t v : {36u, 36u, 1u, 1u, 0u, 0u, 0u, 0u, 10u, 1u}) put(body, v, 4);
+  body += "LIST";
+  put(body, static_cast<uint32_t>(fram.size()), 4);
+  body += fram;
   std::string file = "RIFF";
-  le32(file, static_cast<int>(body.size()));
-  file += body;
-
-  std::ofstream(path, std::ios::binary) << file;
+  put(file, static_cast<uint32_t>(body.size()), 4);
+  std::ofstream(path, std::ios::binary) << file + body;
 }
 
 // --- a host window ---------------------------------------------------------------------------------
@@ -176,26 +176,23 @@ class ListTest : public ::testing::Test {
 
 TEST_F(ListTest, ChildWindowsFollowTheBorderAllowances) {
   const int sw = GetSystemMetrics(SM_CYHSCROLL);
+  EXPECT_TRUE(GetWindowLongA(list.hwnd(), GWL_STYLE) & WS_CLIPCHILDREN);
   for (auto [w, h] : {std::pair{kWidth, kHeight}, std::pair{420, 330}, std::pair{200, 150}}) {
     list.Move(10, 10, w, h);
-    ui::DoEvents();
     SCOPED_TRACE(std::to_string(w) + "x" + std::to_string(h));
-    RECT outer, sb;
+    RECT outer, sb, s;
     GetWindowRect(list.hwnd(), &outer);
-    EXPECT_EQ(outer.right - outer.left, w);
-    EXPECT_EQ(outer.bottom - outer.top, h);
-    EXPECT_TRUE(GetWindowLongA(list.hwnd(), GWL_STYLE) & WS_CLIPCHILDREN);
     GetWindowRect(list.scrollBar(), &sb);
+    GetClientRect(list.surface(), &s);
     POINT p{sb.left, sb.top};
     ScreenToClient(list.hwnd(), &p);
+    EXPECT_EQ(outer.right - outer.left, w);
+    EXPECT_EQ(outer.bottom - outer.top, h);
     EXPECT_EQ(sb.right - sb.left, sw);
     EXPECT_EQ(sb.bottom - sb.top, h - 4);
     EXPECT_EQ(p.x, w - sw - 4);
-    EXPECT_EQ(p.y, 0);
-    EXPECT_EQ(list.SurfaceWidth(), w - sw - 3);
-    RECT s;
-    GetClientRect(list.surface(), &s);
     EXPECT_EQ(s.right, w - sw - 3);
+    EXPECT_EQ(list.SurfaceWidth(), w - sw - 3);
     EXPECT_EQ(s.bottom, 250);
     EXPECT_EQ(list.ScrollMax(), std::abs(250 - (h - 4)));
   }
@@ -208,7 +205,6 @@ TEST_F(ListTest, ListCountReportsTheSurfaceHeightNotTheItems) {
     ASSERT_TRUE(l.Create(host.hwnd(), 101, 0, 0, kWidth, kHeight));
     for (int i = 0; i < c.items; ++i) l.AddItem("x", "", 0, KeyOf(i));
     EXPECT_EQ(l.ListCount(), c.count) << c.items << " items";
-    EXPECT_EQ(l.Count(), c.items);
     EXPECT_EQ(l.SurfaceHeight(), static_cast<int>(c.count) * 50);
     EXPECT_EQ(l.ScrollMax(), std::abs(static_cast<int>(c.count) * 50 - (kHeight - 4)));
   }
@@ -262,41 +258,30 @@ TEST_F(ListTest, RowsShowIconsCaptionsAndTheHighlight) {
   EXPECT_TRUE(HasInk(2, text, 48));
 }
 
-TEST_F(ListTest, CaptionsAreCentredRightOfTheIcon) {
-  for (const char* caption : {"Recycle Bin", "My Computer (empty)", "A"}) list.AddItem(caption, "", 0, caption);
-  int row = 0;
-  for (const char* caption : {"Recycle Bin", "My Computer (empty)", "A"}) {
-    auto [lo, hi] = Extent(row, window);
-    const int left = CentredLeft(caption);
-    EXPECT_GE(lo, left - 1) << caption;
-    EXPECT_LE(lo, left + 2) << caption;
-    EXPECT_LE(hi, left + list.CaptionWidth(caption) + 1) << caption;
-    ++row;
-  }
-}
-
-TEST_F(ListTest, LongCaptionsAreCutTo20WhenAddedAnd25WhenRedrawn) {
+TEST_F(ListTest, CaptionsAreCentredAndLongOnesCut20WhenAddedAnd25WhenRedrawn) {
   list.Move(10, 10, 200, kHeight);
   const std::string longCaption = "Settings - Control Panel (Windows)";
-  const std::string shortCaption = "Printers";
-  list.AddItem(longCaption, "", 0, "long");
-  list.AddItem(shortCaption, "", 0, "short");
-  ASSERT_GT(list.CaptionWidth(longCaption), list.SurfaceWidth() - 60);
-  ASSERT_LE(list.CaptionWidth(shortCaption), list.SurfaceWidth() - 60);
   const std::string cut20 = longCaption.substr(0, 20) + " ...", cut25 = longCaption.substr(0, 25) + " ...";
+  const char* const fitting[] = {"Printers", "A", "Recycle Bin"};
+  list.AddItem(longCaption, "", 0, "long");
+  for (const char* c : fitting) list.AddItem(c, "", 0, c);
+  ASSERT_GT(list.CaptionWidth(longCaption), list.SurfaceWidth() - 60);
   ASSERT_GT(CentredLeft(cut20) - CentredLeft(cut25), 6);
 
-  auto about = [](int got, int want) { return got >= want - 1 && got <= want + 2; };
-  EXPECT_TRUE(about(Extent(0, window).first, CentredLeft(cut20))) << Extent(0, window).first;
-  EXPECT_TRUE(about(Extent(1, window).first, CentredLeft(shortCaption)));
+  auto expectAt = [&](int row, COLORREF background, const std::string& shown) {
+    auto [lo, hi] = Extent(row, background);
+    const int left = CentredLeft(shown);
+    EXPECT_TRUE(lo >= left - 1 && lo <= left + 2) << shown << ": " << lo << " for " << left;
+    EXPECT_LE(hi, left + list.CaptionWidth(shown) + 1) << shown;
+  };
+  expectAt(0, window, cut20);
+  for (int r = 0; r < 3; ++r) expectAt(r + 1, window, fitting[r]);
   list.ListRefresh();
-  EXPECT_TRUE(about(Extent(0, window).first, CentredLeft(cut25))) << Extent(0, window).first;
-  EXPECT_TRUE(about(Extent(1, window).first, CentredLeft(shortCaption)));
-  // The stored caption is never cut.
-  EXPECT_EQ(list.ItemCaption("long"), longCaption);
-  // A selected row is redrawn too, and so cut at 25.
+  expectAt(0, window, cut25);
+  for (int r = 0; r < 3; ++r) expectAt(r + 1, window, fitting[r]);
   list.SelItemIndex(0);
-  EXPECT_TRUE(about(Extent(0, highlight).first, CentredLeft(cut25)));
+  expectAt(0, highlight, cut25);
+  EXPECT_EQ(list.ItemCaption("long"), longCaption);
 }
 
 TEST_F(ListTest, ThePictureSurvivesBeingCoveredAndUncovered) {
@@ -339,7 +324,6 @@ TEST_F(ListTest, AnimatedCursorsShowTheirFirstFrameWhenSelected) {
   list.AddItem("Busy", ani, 0, "busy");
   list.AddItem("Busy too", inDotted, 0, "dotted");
   const COLORREF red = RGB(255, 0, 0);
-  EXPECT_NE(list.Pixel(31, 25), red);
   list.SelItemIndex(0);
   EXPECT_EQ(list.Pixel(31, 25), red);
   EXPECT_EQ(list.Pixel(16, 10), red);
@@ -496,43 +480,32 @@ TEST_F(ListTest, ChangeFollowsItsRules) {
 }
 
 TEST_F(ListTest, SelectedAndKeyedReadersAgree) {
+  const std::string own = ::UpperAscii(ui::ModulePath());
   list.AddItem("Alpha", "a.dll", 3, "a");
   list.AddItem("Beta", "b.dll", -7, "b");
   list.AddItem("Beta again", "c.dll", 1, "b");
-  list.AddItem("Mine", ::UpperAscii(ui::ModulePath()), 2, "own");
-  EXPECT_EQ(list.ListIndex(), 0);
-  list.SelItemKey("b");
-  EXPECT_EQ(list.ListIndex(), 1);
-  EXPECT_EQ(list.SeledKey(), "b");
-  EXPECT_EQ(list.SeledCaption(), "Beta");
-  EXPECT_EQ(list.SeledInfoTip(), "");
-  EXPECT_EQ(list.SeledListIndex(), "1");
-  EXPECT_EQ(list.SeledIconPath(), "b.dll");
-  EXPECT_EQ(list.SeledIconIndex(), -7);
-  EXPECT_EQ(list.SeledFullIconPath(), "b.dll,-7");
+  list.AddItem("Mine", own, 2, "own");
+  list.SelItemKey("b");  // the first of two
   list.SelItemKey("nothing");
   EXPECT_EQ(list.ListIndex(), 1);
-  list.SelItemIndex(3);
-  EXPECT_EQ(list.SeledListIndex(), "3");
-  EXPECT_EQ(list.SeledInfoTip(), "");
+  EXPECT_EQ(std::vector<std::string>({list.SeledKey(), list.SeledCaption(), list.SeledInfoTip(),
+                                      list.SeledListIndex(), list.SeledIconPath(), list.SeledFullIconPath()}),
+            std::vector<std::string>({"b", "Beta", "", "1", "b.dll", "b.dll,-7"}));
+  EXPECT_EQ(list.SeledIconIndex(), -7);
+  EXPECT_EQ(list.Key(2), "b");
+  EXPECT_EQ(list.ItemFullPathmouse("b"), "b.dll");
+  EXPECT_EQ(list.ItemFullPathmouse("own"), "");  // the program's own file, in any case
+  EXPECT_EQ(list.ItemFullPath("own"), own + ",2");
+  // Rows outside the surface are ignored; an empty row of the 250-pixel list is selectable.
   list.SelItemIndex(-1);
-  EXPECT_EQ(list.ListIndex(), 3);
-  // An empty row of the 250-pixel list can be selected; it reads as an empty item.
+  EXPECT_EQ(list.ListIndex(), 1);
   list.SelItemIndex(4);
-  EXPECT_EQ(list.SeledKey(), "");
   list.SelItemIndex(5);
   EXPECT_EQ(list.ListIndex(), 4);
-
-  EXPECT_EQ(list.Key(0), "a");
-  EXPECT_EQ(list.Key(2), "b");
-  EXPECT_EQ(list.ItemCaption("b"), "Beta");
-  EXPECT_EQ(list.ItemFullPathmouse("b"), "b.dll");
-  EXPECT_EQ(list.ItemFullPathmouse("own"), "");
-  EXPECT_EQ(list.ItemFullPath("own"), ::UpperAscii(ui::ModulePath()) + ",2");
+  EXPECT_EQ(list.SeledKey(), "");
   RECT r = list.SelectionRect();
-  EXPECT_EQ(r.top, 200);
-  EXPECT_EQ(r.bottom, 250);
-  EXPECT_EQ(r.right, list.SurfaceWidth() - 1);
+  EXPECT_EQ(std::vector<LONG>({r.left, r.top, r.right, r.bottom}),
+            std::vector<LONG>({0, 200, list.SurfaceWidth() - 1, 250}));
 }
 
 TEST_F(ListTest, NineteenItemsFitAndIndexesBeyondAreErrors) {
@@ -603,52 +576,42 @@ TEST(FaceNameFromFontRecord, TakesTheFirstRunOfTwoPrintables) {
   for (const auto& c : cases) EXPECT_EQ(ui::FaceNameFromFontRecord(c.bytes), c.name);
 }
 
-// Puts the icon-title font record of the test prefix back as it was.
-class IconFontScope {
- public:
-  IconFontScope() { had_ = vxtest::ReadRaw(kKey, "IconFont", type_, bytes_); }
-  ~IconFontScope() {
-    if (had_) {
-      vxtest::WriteRaw(kKey, "IconFont", type_, bytes_);
-    } else {
-      HKEY k;
-      if (RegOpenKeyExA(HKEY_CURRENT_USER, "Control Panel\\desktop\\WindowMetrics", 0, KEY_SET_VALUE, &k) == 0) {
-        RegDeleteValueA(k, "IconFont");
-        RegCloseKey(k);
-      }
-    }
-  }
-  static inline const std::string kKey = "HKEY_CURRENT_USER\\Control Panel\\desktop\\WindowMetrics";
+const std::string kMetrics = "HKEY_CURRENT_USER\\Control Panel\\desktop\\WindowMetrics";
 
- private:
-  bool had_ = false;
-  DWORD type_ = REG_BINARY;
-  std::string bytes_;
+void DeleteIconFont() {
+  HKEY k;
+  if (RegOpenKeyExA(HKEY_CURRENT_USER, "Control Panel\\desktop\\WindowMetrics", 0, KEY_SET_VALUE, &k) == 0) {
+    RegDeleteValueA(k, "IconFont");
+    RegCloseKey(k);
+  }
+}
+
+// Puts the icon-title font record of the test prefix back as it was.
+struct IconFontScope {
+  IconFontScope() { had = vxtest::ReadRaw(kMetrics, "IconFont", type, bytes); }
+  ~IconFontScope() { had ? vxtest::WriteRaw(kMetrics, "IconFont", type, bytes) : DeleteIconFont(); }
+  bool had = false;
+  DWORD type = REG_BINARY;
+  std::string bytes;
 };
 
 TEST_F(ListTest, SystemSettingsUsesTheStoredIconTitleFace) {
   IconFontScope restore;
-  vxtest::WriteRaw(IconFontScope::kKey, "IconFont", REG_BINARY, FontRecordA(0, "DejaVu Sans Mono"));
-  list.AddItem("iiii", "", 0, "narrow");
-  const int proportional = list.CaptionWidth("iiii") - list.CaptionWidth("WWWW");
+  vxtest::WriteRaw(kMetrics, "IconFont", REG_BINARY, FontRecordA(0, "DejaVu Sans Mono"));
+  EXPECT_NE(list.CaptionWidth("iiii"), list.CaptionWidth("WWWW"));
   list.SystemSettings();
   EXPECT_EQ(list.FontName(), "DejaVu Sans Mono");
-  EXPECT_NE(proportional, 0);
-  EXPECT_EQ(list.CaptionWidth("iiii"), list.CaptionWidth("WWWW"));
-  EXPECT_EQ(GetWindowLongA(list.scrollBar(), GWL_STYLE) & SBS_VERT, SBS_VERT);
+  EXPECT_EQ(list.CaptionWidth("iiii"), list.CaptionWidth("WWWW"));  // the font is really used
   RECT sb;
   GetWindowRect(list.scrollBar(), &sb);
   EXPECT_EQ(sb.right - sb.left, GetSystemMetrics(SM_CYHSCROLL));
 
   // A fresh list reads it at creation; with the value gone the font stays as it was.
-  vxtest::WriteRaw(IconFontScope::kKey, "IconFont", REG_BINARY, FontRecordA(0, "Courier New"));
+  vxtest::WriteRaw(kMetrics, "IconFont", REG_BINARY, FontRecordA(0, "Courier New"));
   ListBoxIcons other;
   ASSERT_TRUE(other.Create(host.hwnd(), 102, 0, 0, kWidth, kHeight));
   EXPECT_EQ(other.FontName(), "Courier New");
-  HKEY k;
-  ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "Control Panel\\desktop\\WindowMetrics", 0, KEY_SET_VALUE, &k), 0);
-  RegDeleteValueA(k, "IconFont");
-  RegCloseKey(k);
+  DeleteIconFont();
   other.SystemSettings();
   EXPECT_EQ(other.FontName(), "Courier New");
 }

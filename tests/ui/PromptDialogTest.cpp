@@ -162,8 +162,13 @@ Step Key(UINT message, WPARAM key) {
 // all inside the dialog, nothing clipped or overlapping.
 Step CheckLayout(const ui::PromptRequest& r, std::vector<std::string> leftToRight) {
   return [r, leftToRight](HWND dialog) {
-    RECT client{};
+    RECT client{}, frame{}, work{};
     GetClientRect(dialog, &client);
+    GetWindowRect(dialog, &frame);
+    SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0);
+    EXPECT_TRUE(frame.left >= work.left && frame.top >= work.top && frame.right <= work.right &&
+                frame.bottom <= work.bottom)
+        << "the dialog stays on the desktop";
     auto inside = [&](const RECT& c) {
       return c.left >= client.left && c.top >= client.top && c.right <= client.right && c.bottom <= client.bottom;
     };
@@ -204,7 +209,8 @@ Step CheckLayout(const ui::PromptRequest& r, std::vector<std::string> leftToRigh
       ui::WindowDc dc(text);
       ui::SelectScope font(dc.get(), reinterpret_cast<HGDIOBJ>(SendMessageA(text, WM_GETFONT, 0, 0)));
       RECT need{0, 0, t.right - t.left, 0};
-      DrawTextA(dc.get(), shown.c_str(), -1, &need, DT_CALCRECT | DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX);
+      DrawTextA(dc.get(), shown.c_str(), -1, &need,
+                DT_CALCRECT | DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX | DT_EDITCONTROL);
       EXPECT_LE(need.right, t.right - t.left);
       EXPECT_LE(need.bottom, t.bottom - t.top);
       EXPECT_GT(need.bottom, 0);
@@ -262,6 +268,16 @@ TEST(PromptDialog, LaysOutEveryButtonSet) {
     const auto r = Request(c.buttons, c.checkBox);
     ui::PromptAnswer a = DriveRequest(r, {CheckLayout(r, c.leftToRight), Click(c.leftToRight[0])});
     EXPECT_EQ(a.result, ui::PromptDefaultSlot(r));
+  }
+  // A one-line message, and a path far longer than a line, with an ampersand shown as it is.
+  auto shortOne = Request({"OK", "", ""});
+  shortOne.message = "Done.";
+  auto longPath = Request({"OK", "", ""});
+  longPath.message = "The file C:\\" + std::string(40, 'x');
+  for (int i = 0; i < 12; ++i) longPath.message += "\\Rock&Roll_folder_" + std::to_string(i);
+  longPath.message += ".vxtheme does not appear to be a valid theme file.";
+  for (const auto& r : {shortOne, longPath}) {
+    EXPECT_EQ(DriveRequest(r, {CheckLayout(r, {"OK"}), Click("OK")}).result, 0);
   }
 }
 
@@ -420,7 +436,7 @@ TEST(PromptDialog, RememberedPromptsEndToEnd) {
   EXPECT_EQ(seam.prompts.size(), 1u);
 }
 
-// Holds the two busiest prompts on screen for a screenshot; run by hand with
+// Holds the busiest prompts on screen for a screenshot; run by hand with
 // --gtest_also_run_disabled_tests --gtest_filter=*Screenshot* (VX_PROMPT_HOLD_MS sets the time).
 TEST(PromptDialog, DISABLED_Screenshot) {
   vxtest::RegistryScope registry{{vxtest::kProgramKey}};
@@ -432,6 +448,12 @@ TEST(PromptDialog, DISABLED_Screenshot) {
   Drive([] { return ui::PromptAnswer{modMsgbox::OverwriteTheme("Blue Sky & Clouds"), false}; }, withEscape);
   Drive([] { return ui::PromptAnswer{modMsgbox::RebuildNotice("Windows 98"), false}; }, withEscape);
   Drive([] { return ui::PromptAnswer{modMsgbox::SaveBeforeClosing(), false}; }, withEscape);
+  Drive([] {
+    return ui::PromptAnswer{modMsgbox::InvalidTheme("C:\\Documents and Settings\\Administrator\\Application "
+                                                    "Data\\Quenby\\Themes\\Rock & Roll\\Unfinished\\"
+                                                    "A_very_long_theme_name_without_any_spaces_at_all.txt"),
+                            false};
+  }, withEscape);
 }
 
 }  // namespace

@@ -28,10 +28,8 @@ constexpr int kMargin = 7;
 constexpr int kButtonWidth = 84, kButtonHeight = 25, kSideButtonWidth = 104;
 constexpr int kInfoBarHeight = 22;
 
-// Folder tree width limits and the splitter's overlap, in twips.
-constexpr int kTreeMinTwips = 3375, kTreeMaxTwips = 4815, kSplitterOverlapTwips = 50;
-
-// The pane container over the tab strip's display area: passes its children's notifications up.
+// The pane container over the tab strip's display area, and the toolbar's host: both pass their
+// children's notifications up to the main window.
 class Pane : public ui::Window {
  protected:
   LRESULT HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override {
@@ -129,9 +127,10 @@ void Main::CreateToolbar() {
   HINSTANCE inst = GetModuleHandleA(nullptr);
   // The toolbar control is a host window with the common toolbar inside it; the style routine looks
   // the inner toolbar up by its class name.
-  toolbarHost_ = CreateWindowExA(0, "STATIC", "", WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | SS_NOTIFY, 0, 0,
-                                 kClientWidth, 30, hwnd(), reinterpret_cast<HMENU>(IDC_TOOLBAR_HOST), inst, nullptr);
-  SetWindowLongPtrA(toolbarHost_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(hwnd()));
+  toolbarHostWindow_ = std::make_unique<Pane>();
+  toolbarHostWindow_->Create("VexillorToolbarHost", 0, WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, "", 0, 0,
+                             kClientWidth, 30, hwnd(), reinterpret_cast<HMENU>(IDC_TOOLBAR_HOST));
+  toolbarHost_ = toolbarHostWindow_->hwnd();
   toolbar_ = CreateWindowExA(0, TOOLBARCLASSNAMEA, "",
                              WS_CHILD | WS_VISIBLE | TBSTYLE_TOOLTIPS | CCS_NODIVIDER | CCS_NORESIZE, 0, 2,
                              kClientWidth, 28, toolbarHost_, reinterpret_cast<HMENU>(IDC_TOOLBAR), inst, nullptr);
@@ -155,14 +154,6 @@ void Main::CreateToolbar() {
   }
   SendMessageA(toolbar_, TB_ADDBUTTONS, buttons.size(), reinterpret_cast<LPARAM>(buttons.data()));
   for (int id : UnavailableCommands()) SendMessageA(toolbar_, TB_ENABLEBUTTON, static_cast<WPARAM>(id), FALSE);
-  // The toolbar's notifications (tooltip texts) reach its parent, the host: pass them on to us.
-  SetWindowSubclass(
-      toolbarHost_,
-      [](HWND h, UINT msg, WPARAM wp, LPARAM lp, UINT_PTR, DWORD_PTR ref) noexcept -> LRESULT {
-        if (msg == WM_NOTIFY || msg == WM_COMMAND) return SendMessageA(reinterpret_cast<HWND>(ref), msg, wp, lp);
-        return DefSubclassProc(h, msg, wp, lp);
-      },
-      1, reinterpret_cast<DWORD_PTR>(hwnd()));
 }
 
 void Main::CreateControls() {
@@ -213,8 +204,8 @@ void Main::CreateControls() {
   folderTree_.Click = [this] { lstbxExplorer_Click(); };
   splitter_.Create(pane_, IDC_SPLITTER, 0, 0, 6, 100);
   ShowWindow(splitter_.hwnd(), SW_HIDE);
-  splitter_.OnMove = [this](int x) { OnSplitterMove(x); };
-  splitter_.OnDoubleClick = [this] { SetTreeWidthTwips(ui::SplitterSnapWidth(treeWidth_)); };
+  splitter_.Moved = [this](int x) { OnSplitterMove(x); };
+  splitter_.DoubleClicked = [this] { SetTreeWidthTwips(ui::SplitterSnapWidth(treeWidth_)); };
 
   button(pane_, "&Change...", IDC_CHANGE);
   button(pane_, "&Default Icon", IDC_DEFAULT);
@@ -282,7 +273,7 @@ void Main::SetTreeWidthTwips(int twips) {
   const int inner = 8;
   const int treeLeftTwips = inner * tpp;
   folderTree_.Move(inner, inner, treeWidth_ / tpp, pane.bottom - 2 * inner);
-  const int splitterLeft = (treeLeftTwips + treeWidth_ - kSplitterOverlapTwips) / tpp;
+  const int splitterLeft = ui::SplitterLeft(treeLeftTwips, treeWidth_) / tpp;
   MoveWindow(splitter_.hwnd(), splitterLeft, inner, 6, pane.bottom - 2 * inner, TRUE);
 }
 
@@ -300,6 +291,9 @@ void Main::Form_Load() {
     for (size_t i = 0; i < lists_.size(); ++i) lists[i] = lists_[i].get();
     return lists;
   }());
+  // Each list starts with its first row selected, so every tab shows where the keyboard is.
+  for (auto& list : lists_)
+    if (list && list->Count() > 0) list->SelItemIndex(0);
   SetToolbarStyle(false);
   if (!commandLine_.empty()) {
     OpenTheme(commandLine_, true);
@@ -595,8 +589,6 @@ LRESULT Main::OnNotify(const NMHDR* hdr) {
       if (b.caption && static_cast<UINT_PTR>(b.command) == hdr->idFrom) info->lpszText = const_cast<char*>(b.caption);
     return 0;
   }
-  LRESULT result = 0;
-  if (folderTree_.HandleNotify(hdr, result)) return result;
   return 0;
 }
 

@@ -1,0 +1,28 @@
+#pragma once
+// Takes a whole registry key tree (values with their types and data, subkeys) and puts it back
+// exactly as it was when the snapshot ends, so a test may let the program write to keys that the
+// system itself owns (class keys, the shell's icon overrides) and leave no trace.
+#include <windows.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace vxtest {
+
+class KeySnapshot {
+ public:
+  explicit KeySnapshot(std::vector<std::string> keyPaths);
+  ~KeySnapshot();
+  KeySnapshot(const KeySnapshot&) = delete;
+  KeySnapshot& operator=(const KeySnapshot&) = delete;
+  void Restore();
+
+  struct Node;
+
+ private:
+  std::vector<std::string> paths_;
+  std::vector<std::unique_ptr<Node>> nodes_;  // null where the key did not exist
+};
+
+}  // namespace vxtest
