@@ -199,9 +199,6 @@ void Main::CreateControls() {
     list->KeyDown = [this, tab](int key, int shift) { lstbxIcons_KeyDown(*this, tab, key, shift); };
     lists_[static_cast<size_t>(tab)] = std::move(list);
   }
-  folderTree_.Create(pane_, IDC_FOLDER_TREE, 0, 0, 100, 100);
-  ShowWindow(folderTree_.hwnd(), SW_HIDE);
-  folderTree_.Click = [this] { lstbxExplorer_Click(); };
   splitter_.Create(pane_, IDC_SPLITTER, 0, 0, 6, 100);
   ShowWindow(splitter_.hwnd(), SW_HIDE);
   splitter_.Moved = [this](int x) { OnSplitterMove(x); };
@@ -264,9 +261,19 @@ void Main::LayoutPanes() {
   SetTreeWidthTwips(treeWidth_);
 }
 
+// The folder tree reads every drive when it is made, so it is made on the first visit of its tab
+// rather than at start-up.
+void Main::EnsureFolderTree() {
+  if (folderTree_.hwnd()) return;
+  folderTree_.Create(pane_, IDC_FOLDER_TREE, 0, 0, 100, 100);
+  folderTree_.Click = [this] { lstbxExplorer_Click(); };
+  SetWindowPos(splitter_.hwnd(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+  SetTreeWidthTwips(treeWidth_);
+}
+
 void Main::SetTreeWidthTwips(int twips) {
   treeWidth_ = twips;
-  if (!pane_) return;
+  if (!pane_ || !folderTree_.hwnd()) return;
   RECT pane;
   GetClientRect(pane_, &pane);
   const int tpp = ui::TwipsPerPixelX();
@@ -429,7 +436,8 @@ void Main::ShowPaneOf(int tab) {
   for (size_t i = 0; i < lists_.size(); ++i)
     if (lists_[i]) ShowWindow(lists_[i]->hwnd(), static_cast<int>(i) == tab ? SW_SHOW : SW_HIDE);
   const bool explorer = tab == kTabExplorer, shell = tab == kTabShell;
-  ShowWindow(folderTree_.hwnd(), explorer ? SW_SHOW : SW_HIDE);
+  if (explorer) EnsureFolderTree();
+  if (folderTree_.hwnd()) ShowWindow(folderTree_.hwnd(), explorer ? SW_SHOW : SW_HIDE);
   ShowWindow(splitter_.hwnd(), explorer ? SW_SHOW : SW_HIDE);
   if (shell && !treeFilled) FillSettingsTree();
   ShowWindow(settingsTree_, shell ? SW_SHOW : SW_HIDE);
@@ -573,8 +581,10 @@ void Main::SetInfoBar(const std::string& text) { ui::SetText(control(IDC_INFOBAR
 void Main::EnableDefault(bool on) { EnableWindow(GetDlgItem(pane_, IDC_DEFAULT), on); }
 void Main::EnableRename(bool on) { EnableWindow(GetDlgItem(pane_, IDC_RENAME), on); }
 void Main::EnableApply() { EnableWindow(control(IDC_APPLY), TRUE); }
-std::string Main::ExplorerPath() { return folderTree_.Path(); }
-void Main::RefreshFolderTree() { folderTree_.Refresh(); }
+std::string Main::ExplorerPath() { return folderTree_.hwnd() ? folderTree_.Path() : std::string(); }
+void Main::RefreshFolderTree() {
+  if (folderTree_.hwnd()) folderTree_.Refresh();
+}
 
 // --- messages ---------------------------------------------------------------------------------------
 

@@ -104,6 +104,7 @@ class Main : public ui::Window, public EditHost {
   void RebuildRecentMenu();
   void RestorePosition();
   void FillSettingsTree();
+  void EnsureFolderTree();
   LRESULT OnNotify(const NMHDR* hdr);
   void OnSplitterMove(int x);
   void EnterContextHelp();

@@ -42,7 +42,7 @@ struct IconItem {
   std::string key;           // fixed identifier
   std::string storageKey;    // registry key path holding the current location
   std::string storageValue;  // value name ("" = the key's default value)
-  std::string classKey;      // class key of renamable items and desktop items ("" otherwise)
+  std::string classKey;      // class key of renamable items, every desktop item among them ("" otherwise)
   std::string className;     // document types: the class read from the extension key ("" when it
                              // names none; the row is then listed only for ".bat", shown at its default)
   std::string defaultFile;   // Windows default icon file

@@ -17,21 +17,21 @@ namespace {
 class FakeHost : public vx::EditHost {
  public:
   explicit FakeHost(vx::Environment e) : env(std::move(e)) {
-    parent = CreateWindowExA(0, "STATIC", "", WS_OVERLAPPEDWINDOW, 0, 0, 400, 600, nullptr, nullptr,
-                             GetModuleHandleA(nullptr), nullptr);
+    // A hidden window owns the lists, as the main window would.
+    created = window.Create("VxIconEditsTestHost", 0, WS_OVERLAPPEDWINDOW, "", 0, 0, 400, 600, nullptr, nullptr);
     vx::IconLists lists{};
     for (int t : {2, 3, 4, 5, 6, 7, 9}) {
       owned[t] = std::make_unique<ui::ListBoxIcons>();
-      owned[t]->Create(parent, 100 + t, 0, 0, 300, 500);
+      created = owned[t]->Create(window.hwnd(), 100 + t, 0, 0, 300, 500) && created;
       lists[t] = owned[t].get();
     }
     catalogue = vx::Add_Icons(env, lists);
   }
   ~FakeHost() override {
     for (auto& l : owned) l.reset();
-    DestroyWindow(parent);
+    window.Destroy();
   }
-  HWND Owner() override { return parent; }
+  HWND Owner() override { return window.hwnd(); }
   const vx::Environment& Env() override { return env; }
   const std::vector<vx::IconItem>& Catalogue() override { return catalogue; }
   int CurrentTab() override { return tab; }
@@ -56,7 +56,8 @@ class FakeHost : public vx::EditHost {
   std::string At(int t, const std::string& key) { return List(t)->ItemFullPath(key); }
 
   vx::Environment env;
-  HWND parent = nullptr;
+  ui::Window window;
+  bool created = false;
   std::array<std::unique_ptr<ui::ListBoxIcons>, 10> owned;
   std::vector<vx::IconItem> catalogue;
   int tab = vx::kTabDesktop;
@@ -81,6 +82,7 @@ class Edits : public ::testing::Test {
 };
 
 TEST_F(Edits, AddIconsFillsEveryList) {
+  ASSERT_TRUE(host->created);
   for (int tab : {2, 3, 4, 5, 6, 7, 9}) {
     int n = 0;
     for (const auto& i : host->catalogue)
