@@ -24,12 +24,14 @@ rc=0
 for exe in "$build"/bench/*_bench.exe; do
   [ -e "$exe" ] || continue
   name=$(basename "$exe" .exe)
-  # A GUI program's stdout may not reach us through Wine, so those also write their results to a file.
+  # A GUI program's stdout may not reach us through Wine, so each also writes its results to a file.
   out="$build/bench/$name.txt"; rm -f "$out"
+  # Every benchmark takes [ROUNDS] [RESULT_FILE]; starting programs is slow, so fewer rounds there.
   case "$name" in
-    startup_bench) args=("$(win "$build/vexillor.exe")" "$(win "$build/bench/bare_window.exe")" ${rounds:+"$rounds"}) ;;
-    *) args=("${rounds:-20}" "$(win "$out")") ;;
+    startup_bench) def=7 ;;
+    *) def=20 ;;
   esac
+  args=("${rounds:-$def}" "$(win "$out")")
   echo "== $name"
   if printed=$("$root/scripts/wine-run.sh" "$exe" "${args[@]}" 2>/dev/null); then
     if [ -s "$out" ]; then cat "$out"; else echo "$printed"; fi
