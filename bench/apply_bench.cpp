@@ -1,5 +1,5 @@
 // How much the plan costs over the bare registry writes it makes. One full icon Apply (plan built from
-// lists holding every catalogue item, then executed) is timed against a bare loop that makes the same
+// the icon lists filled by Add_Icons, then executed) is timed against a bare loop that makes the same
 // writes with RegOpenKeyExA/RegCreateKeyA + RegSetValueExA + RegCloseKey, in the same run, several
 // rounds each, interleaved. The fifteen SPI_SETCURSORS calls and the icon-cache rebuild (two writes and
 // two broadcasts) are not registry writes: they are left out of the comparison and timed on their own.
@@ -13,7 +13,8 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <map>
+#include <array>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -21,62 +22,32 @@
 #include "icons/IconApply.h"
 #include "icons/Refresh.h"
 #include "registry/modRegistry.h"
+#include "ui/ListBoxIcons.h"
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Every item of every icon list, as the lists would hold them after start-up.
-class FullLists : public vx::ListValues {
- public:
-  FullLists() {
-    const std::map<int, std::vector<const char*>> keys = {
-        {vx::kTabDesktop, {"My Computer", "My Documents", "Network Neighborhood", "The Internet", "In Box",
-                           "My Briefcase", "Recycle Bin (empty)", "Recycle Bin (full)"}},
-        {vx::kTabStart, {"Programs", "Favorites", "Documents", "Settings", "Find", "Help", "Run...", "Log Off...",
-                         "Suspend", "Shut Down...", "Settings - Control Panel", "Settings - Printers"}},
-        {vx::kTabFolders, {"Closed Folder", "Open Folder", "Program Group", "Users Program Group", "Control Panel",
-                           "Dial-Up Networking", "Printers", "Favorites", "Url History", "Subscriptions",
-                           "ActiveX Cache", "Scheduled Tasks"}},
-        {vx::kTabDrives, {"Floppy Drive 5.25", "Floppy Drive 3.5", "Hard Drive", "Network Drive (connected)",
-                          "Network Drive (offline)", "CD-ROM Drive", "Removable Drive", "RAM Drive"}},
-        {vx::kTabOthers, {"Shortcut Overlay", "Sharing Overlay", "Desktop", "Entire Network", "Workgroup",
-                          "Computer", "Audio CD"}},
-        {vx::kTabSystem, {"Bitmap Image", "Configuration Settings", "Default Icon", "Default Document",
-                          "GIF Image", "Internet Document", "JPEG Image", "Media Clip", "Movie Clip",
-                          "MS-DOS Application", "MS-DOS Batch File", "MIDI Sequence", "Rich Text Format",
-                          "Text Document", "Video Clip", "Wave Sound", "Write Document", "Zip File"}},
-        {vx::kTabPointers, {"Normal Select", "Help Select", "Working In Background", "Busy", "Precision Select",
-                            "Text Select", "Handwriting", "Unavailable", "Vertical Resize", "Horizontal Resize",
-                            "Diagonal Resize 1", "Diagonal Resize 2", "Move", "Alternate Select", "Hand"}},
-    };
-    int n = 0;
-    for (const auto& [tab, list] : keys)
-      for (const char* key : list) {
-        items_[{tab, key}] = "%SystemRoot%\\System32\\shell32.dll," + std::to_string(n++);
-        if (tab == vx::kTabSystem && std::string(key).find("Default") == std::string::npos &&
-            std::string(key) != "MS-DOS Application") {
-          vx::IconItem item;
-          item.tab = tab;
-          item.key = item.caption = key;
-          item.className = "VexillorBench.Class" + std::to_string(n);
-          catalogue.push_back(item);
-        }
-      }
+// The main window's icon lists, filled by Add_Icons as at start-up.
+struct Lists {
+  explicit Lists(const vx::Environment& env) {
+    parent = CreateWindowExA(0, "STATIC", "", WS_OVERLAPPEDWINDOW, 0, 0, 400, 600, nullptr, nullptr,
+                             GetModuleHandleA(nullptr), nullptr);
+    for (int t : {2, 3, 4, 5, 6, 7, 9}) {
+      owned[t] = std::make_unique<ui::ListBoxIcons>();
+      owned[t]->Create(parent, 100 + t, 0, 0, 300, 500);
+      lists[t] = owned[t].get();
+    }
+    catalogue = vx::Add_Icons(env, lists);
   }
+  ~Lists() {
+    for (auto& l : owned) l.reset();
+    DestroyWindow(parent);
+  }
+  HWND parent = nullptr;
+  std::array<std::unique_ptr<ui::ListBoxIcons>, 10> owned;
+  vx::IconLists lists{};
   std::vector<vx::IconItem> catalogue;
-  std::string ItemFullPath(int tab, const std::string& key) const override { return Find(tab, key); }
-  std::string ItemCaption(int, const std::string& key) const override { return "Bench " + key; }
-  std::string ItemFullPathmouse(int tab, const std::string& key) const override {
-    return tab == vx::kTabPointers ? "C:\\windows\\cursors\\" + key + ".cur" : std::string();
-  }
-
- private:
-  std::string Find(int tab, const std::string& key) const {
-    auto it = items_.find({tab, key});
-    return it == items_.end() ? std::string() : it->second;
-  }
-  std::map<std::pair<int, std::string>, std::string> items_;
 };
 
 // The same writes with nothing but the registry API: open (or create) the key, set, close.
@@ -119,12 +90,12 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR cmdLine, int) {
   }
 
   const vx::Environment env = vx::DetectEnvironment();
-  const FullLists lists;
+  const Lists lists(env);
   vx::IconApplyOptions options;
   options.currentThemePath = "C:\\bench.vxtheme";
 
   // What a full Apply writes, and the notification calls that are timed apart.
-  const vx::Plan full = vx::BuildIconApplyPlan(env, lists.catalogue, lists, options);
+  const vx::Plan full = vx::BuildIconApplyPlan(env, lists.catalogue, lists.lists, options);
   vx::Plan writes, notifications;
   for (const vx::Step& s : full) (vx::IsNotification(s) ? notifications : writes).push_back(s);
 
@@ -135,7 +106,7 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR cmdLine, int) {
   std::vector<double> plan, execute, bare, cursors, rebuild;
   for (int r = 0; r < rounds; ++r) {
     plan.push_back(Millis([&] {
-      vx::Plan p = vx::BuildIconApplyPlan(env, lists.catalogue, lists, options);
+      vx::Plan p = vx::BuildIconApplyPlan(env, lists.catalogue, lists.lists, options);
       p.erase(std::remove_if(p.begin(), p.end(), vx::IsNotification), p.end());
       vx::Run(p);
     }));

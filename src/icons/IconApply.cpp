@@ -85,13 +85,6 @@ constexpr PointerRow kPointerRows[] = {
     {"Move", "SizeAll"},              {"Alternate Select", "UpArrow"}, {"Hand", "Hand"},
 };
 
-// The catalogue entry of a tab's item (a plain search: the catalogue is small).
-const IconItem* Entry(const std::vector<IconItem>& catalogue, int tab, const std::string& key) {
-  for (const IconItem& item : catalogue)
-    if (item.tab == tab && item.key == key) return &item;
-  return nullptr;
-}
-
 bool Holds(When when, const Environment& env) {
   switch (when) {
     case When::Always:
@@ -115,7 +108,7 @@ class Builder {
   // A desktop or folder item's class key: the catalogue's when it lists the item, else the one the
   // environment determined (the catalogue takes it from there too).
   std::string ClassKey(int tab, const char* key, const std::string& fallback) const {
-    const IconItem* item = Entry(catalogue_, tab, key);
+    const IconItem* item = FindItem(catalogue_, tab, key);
     return item && !item->classKey.empty() ? item->classKey : fallback;
   }
 
@@ -234,7 +227,7 @@ Plan BuildIconApplyPlan(const Environment& env, const std::vector<IconItem>& cat
   b.Overrides(kTabSystem, kSystemRows);
   for (const char* key : kDocumentTypes) {
     const std::string location = lists.ItemFullPath(kTabSystem, key);
-    const IconItem* item = Entry(catalogue, kTabSystem, key);
+    const IconItem* item = FindItem(catalogue, kTabSystem, key);
     if (location.size() >= 2 && item && !item->className.empty())
       b.plan.push_back(SetString("HKEY_CLASSES_ROOT\\" + item->className + kDefaultIcon, "", location));
     if (std::string(key) == "Bitmap Image") {

@@ -4,15 +4,21 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <array>
+#include <memory>
 #include <map>
 #include <utility>
 
+#include "IconFixtures.h"
 #include "icons/ApplyPlan.h"
 #include "icons/IconApply.h"
 #include "icons/Refresh.h"
 #include "registry/modRegistry.h"
 #include "support/RegistryScope.h"
 #include "support/ScriptedSeam.h"
+#include "ui/ListBoxIcons.h"
+#include "ui/ModalDriver.h"
 
 using namespace vx;
 
@@ -375,6 +381,52 @@ TEST(ApplyPlanUndo, PutsBackTypesRemovedValuesAndCreatedKeys) {
   EXPECT_TRUE(vxtest::KeyExists(k + "\\Old"));
 }
 
+// The same plan read from real list controls filled by Add_Icons: with no cursor scheme every pointer
+// is the Windows default and writes an empty value, and keys the lists do not hold read as empty.
+TEST(IconApplyLists, RealListsFilledByAdd_Icons) {
+  vxtest::SavedValues saved(vxtest::CatalogueValues());
+  vxtest::RegistryScope scope{{vxtest::kProgramKey}};
+  const Environment env = vxtest::Env("WinNT");
+  HWND parent = CreateWindowExA(0, "STATIC", "", WS_OVERLAPPEDWINDOW, 0, 0, 400, 600, nullptr, nullptr,
+                                GetModuleHandleA(nullptr), nullptr);
+  std::array<std::unique_ptr<ui::ListBoxIcons>, 10> owned;
+  IconLists lists{};
+  for (int t : {2, 3, 4, 5, 6, 7, 9}) {
+    owned[t] = std::make_unique<ui::ListBoxIcons>();
+    owned[t]->Create(parent, 100 + t, 0, 0, 300, 500);
+    lists[t] = owned[t].get();
+  }
+  const std::vector<IconItem> catalogue = Add_Icons(env, lists);
+  const Plan plan = BuildIconApplyPlan(env, catalogue, lists, IconApplyOptions{});
+  const auto lines = Describe(plan);
+  auto has = [&](const std::string& line) { return std::find(lines.begin(), lines.end(), line) != lines.end(); };
+
+  EXPECT_TRUE(has(Set(env.myComputerKey + "\\DefaultIcon", "", lists[kTabDesktop]->ItemFullPath("My Computer"))));
+  EXPECT_TRUE(has(Set(SI, "3", lists[kTabFolders]->ItemFullPath("Closed Folder"))));
+  EXPECT_TRUE(has(Set(SI, "16", "")));
+  EXPECT_TRUE(has(Set(SI, "42", lists[kTabFolders]->ItemFullPath("Users Program Group"))));
+  for (const std::string& line : lines) {
+    EXPECT_EQ(line.find("{450D8FBA"), std::string::npos) << line;  // My Documents: Windows 98 only
+    EXPECT_EQ(line.find("= \",0\""), std::string::npos) << line;   // nothing read from an empty slot
+  }
+
+  const auto first = std::find(lines.begin(), lines.end(), Set(CUR, "Arrow", ""));
+  ASSERT_GE(lines.end() - first, 31);
+  for (size_t i = 0; i < 15; ++i) {
+    EXPECT_EQ(first[i], Set(CUR, vxtest::kCursorRoles[i], ""));
+    EXPECT_EQ(first[15 + i], "system parameter 87 " + std::to_string(i) + " null 0");
+  }
+
+  const UndoRecord undo = Execute(plan);
+  for (const std::string& role : vxtest::kCursorRoles) {
+    EXPECT_TRUE(vxtest::ValueExists(CUR, role));
+    EXPECT_EQ(modRegistry::GetString(CUR, role), "") << role;
+  }
+  Execute(undo.plan);
+  for (auto& l : owned) l.reset();
+  DestroyWindow(parent);
+}
+
 // Records "Shell Icon Size" whenever a top-level window hears of new icon metrics.
 std::vector<std::string> g_heard;
 LRESULT CALLBACK Watcher(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) noexcept {
@@ -420,7 +472,8 @@ TEST_F(Rebuild, BumpsTheIconSizeBetweenTwoBroadcasts) {
     const char* stored;  // nullptr: no value
     std::vector<std::string> heard;
     const char* after;
-  } cases[] = {{"32", {"33", "32"}, "32"}, {nullptr, {"33", "32"}, "32"}, {"48", {"49", "48"}, "48"}};
+  } cases[] = {{"32", {"33", "32"}, "32"}, {nullptr, {"33", "32"}, "32"}, {"", {"33", "32"}, "32"},
+               {"48", {"49", "48"}, "48"}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.stored ? c.stored : "missing");
     if (c.stored) modRegistry::SaveString(kWindowMetricsKey, "Shell Icon Size", c.stored);
@@ -434,7 +487,7 @@ TEST_F(Rebuild, BumpsTheIconSizeBetweenTwoBroadcasts) {
     EXPECT_EQ(refreshed, 1);
     EXPECT_FALSE(pending);
   }
-  ASSERT_EQ(seam.prompts.size(), 3u);  // the notice after each rebuild
+  ASSERT_EQ(seam.prompts.size(), 4u);  // the notice after each rebuild
 }
 
 TEST_F(Rebuild, NoticeUnlessSwitchedOffAndFlagClearedEitherWay) {
@@ -470,6 +523,38 @@ TEST(PromptRestartTest, YesRestartsThroughTheSeamNoRestartsLater) {
     ASSERT_EQ(seam.prompts.size(), 1u);
     EXPECT_EQ(seam.prompts[0].buttons[1], "Yes");
   }
+}
+
+// The real prompt dialog, answered by clicking its buttons; only the restart itself is recorded.
+class RealPromptsSeam : public ui::RealSeam {
+ public:
+  std::vector<bool> restarts;
+  void RestartWindows(bool privilege) override { restarts.push_back(privilege); }
+};
+
+TEST(PromptRestartDialog, TheRealPromptsAnswerDecides) {
+  RealPromptsSeam seam;
+  vxtest::SeamScope scope(seam);
+  // VX_PROMPT_HOLD_MS keeps the prompt on screen for a screenshot.
+  const char* hold = std::getenv("VX_PROMPT_HOLD_MS");
+  for (const char* button : {"No", "Yes"}) {
+    std::vector<vxtest::ModalSteps::Step> steps(static_cast<size_t>(hold ? std::atoi(hold) / 40 : 0),
+                                                [](HWND) {});
+    steps.push_back([button](HWND dialog) {
+      for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+        char text[32] = {};
+        GetWindowTextA(child, text, sizeof text);
+        if (std::string(text) == button) vxtest::Click(child);
+      }
+    });
+    vxtest::ModalSteps driver("Vexillor", steps);
+    bool needed = true;
+    const bool later = PromptRestart(Env("WinNT", "Error", false), needed);
+    EXPECT_FALSE(driver.leftOpen()) << button;
+    EXPECT_FALSE(needed);
+    EXPECT_EQ(later, std::string(button) == "No");
+  }
+  EXPECT_EQ(seam.restarts, std::vector<bool>{true});
 }
 
 TEST_F(Rebuild, ApplyRebuildsAndOffersRestartOnlyWhenFlagged) {
