@@ -19,8 +19,7 @@ struct RoutineCase {
   std::function<int()> show;
   std::string message;
   std::array<std::string, 3> buttons;
-  std::string icon;
-  std::string checkBox;
+  std::string icon, checkBox;
   int helpTopic;
 };
 
@@ -41,12 +40,10 @@ TEST(PromptRoutines, EachPromptHasItsTextButtonsAndIcon) {
        {"Cancel", "OK", ""}, "32514", "", 0},
       {"HideNetworkNeighborhood", modMsgbox::HideNetworkNeighborhood,
        "Hiding Network Neighborhood disables shell support for Universal Naming Convention (UNC) notation." +
-           sureChange,
-       {"&Help", "Cancel", "OK"}, "32515", "", 0},
+           sureChange, {"&Help", "Cancel", "OK"}, "32515", "", 0},
       {"DisableDesktop", modMsgbox::DisableDesktop,
        "Disabling the Desktop causes a conflict with Internet Explorer 4.0 which may make this change "
-       "irreversable." + sureChange,
-       {"Cancel", "OK", ""}, "32515", "", 0},
+       "irreversable." + sureChange, {"Cancel", "OK", ""}, "32515", "", 0},
       {"RestoreAllPointers", [] { return modMsgbox::RestoreAllPointers("Windows 98"); },
        "Restoring all your Windows 98 pointers will return them to Microsoft setup defaults." + sureContinue,
        {"Cancel", "OK", ""}, "32514", "", 0},
@@ -55,8 +52,7 @@ TEST(PromptRoutines, EachPromptHasItsTextButtonsAndIcon) {
        {"Cancel", "OK", ""}, "32514", "", 0},
       {"RestoreAllSettings", [] { return modMsgbox::RestoreAllSettings("Windows 95"); },
        "Restoring all your Windows 95 system settings will return them to Microsoft setup defaults." +
-           sureContinue,
-       {"Cancel", "OK", ""}, "32514", "", 0},
+           sureContinue, {"Cancel", "OK", ""}, "32514", "", 0},
       {"SaveBeforeClosing", modMsgbox::SaveBeforeClosing, "Would you like to save your changes before closing?",
        {"&Cancel", "No", "Yes"}, "32514", "", 0},
       {"InvalidTheme", [] { return modMsgbox::InvalidTheme("C:\\My Themes\\odd & end.txt"); },
@@ -68,8 +64,7 @@ TEST(PromptRoutines, EachPromptHasItsTextButtonsAndIcon) {
        {"&Cancel", "No", "Yes"}, "32514", "Do not ask me this question next time", 0},
       {"RestartNow", modMsgbox::RestartNow,
        "You will need to restart your computer for one or more of these changes to take effect.\n\nWould you "
-       "like to restart your computer now?",
-       {"No", "Yes", ""}, "32514", "", 0},
+       "like to restart your computer now?", {"No", "Yes", ""}, "32514", "", 0},
       {"RebuildNotice", [] { return modMsgbox::RebuildNotice("Windows 98"); },
        "Vexillor has notified Windows 98 of your changes.\n\nWindows 95 and Windows NT contains flaws that can "
        "cause these changes to be ignored under certain conditions.\n\nIf your changes are not applied you "
@@ -93,8 +88,7 @@ TEST(PromptRoutines, EachPromptHasItsTextButtonsAndIcon) {
     SCOPED_TRACE(c.name);
     vxtest::ScriptedSeam seam;
     vxtest::SeamScope scope(seam);
-    // The pressed slot comes back unchanged.
-    seam.promptAnswers.push_back({1, false});
+    seam.promptAnswers.push_back({1, false});  // the pressed slot comes back unchanged
     EXPECT_EQ(c.show(), 1);
     ASSERT_EQ(seam.prompts.size(), 1u);
     const ui::PromptRequest& r = seam.prompts[0];
@@ -108,63 +102,45 @@ TEST(PromptRoutines, EachPromptHasItsTextButtonsAndIcon) {
   }
 }
 
-struct MemoryCase {
-  const char* value;
-  std::function<int()> show;
-};
-
-const MemoryCase kMemories[] = {
+const std::pair<const char*, std::function<int()>> kMemories[] = {
     {"Dialog Rebuild", [] { return modMsgbox::RebuildNotice("Windows 95"); }},
     {"Dialog Overwrite", [] { return modMsgbox::OverwriteTheme("Autumn"); }},
 };
 
-TEST(PromptMemory, OneSuppressesThePromptAnyOtherValueShowsIt) {
-  for (const auto& m : kMemories) {
-    SCOPED_TRACE(m.value);
-    struct Stored {
-      bool present;
-      DWORD type;
-      std::string bytes;
-      bool shown;
-    };
-    const std::string one("\1\0\0\0", 4), zero("\0\0\0\0", 4), ten("\x0a\0\0\0", 4), two("\2\0\0\0", 4);
-    const Stored table[] = {
-        {false, 0, "", true},          // never asked before: reads as 10
-        {true, REG_DWORD, one, false}, // remembered
-        {true, REG_DWORD, zero, true}, {true, REG_DWORD, two, true}, {true, REG_DWORD, ten, true},
-        {true, REG_SZ, std::string("1\0", 2), true},  // not a number: reads as 10
-    };
-    for (const auto& s : table) {
+TEST(PromptMemory, OneSuppressesThePromptAnyOtherValueShowsItAndTheTickWritesOne) {
+  const std::string one("\1\0\0\0", 4), zero("\0\0\0\0", 4);
+  const struct { bool present; DWORD type; std::string bytes; bool shown; } stored[] = {
+      {false, 0, "", true},  // never asked before
+      {true, REG_DWORD, one, false},
+      {true, REG_DWORD, zero, true},
+      {true, REG_DWORD, std::string("\2\0\0\0", 4), true},
+      {true, REG_SZ, std::string("1\0", 2), true},  // not a number
+  };
+  for (const auto& [value, show] : kMemories) {
+    for (const auto& s : stored) {
+      SCOPED_TRACE(testing::Message() << value << " type " << s.type << " bytes " << s.bytes.size());
       vxtest::RegistryScope registry{{vxtest::kProgramKey}};
-      if (s.present) vxtest::WriteRaw(kSettings, m.value, s.type, s.bytes);
+      if (s.present) vxtest::WriteRaw(kSettings, value, s.type, s.bytes);
       vxtest::ScriptedSeam seam;
       vxtest::SeamScope scope(seam);
-      seam.promptAnswers.push_back({0, false});
-      EXPECT_EQ(m.show(), s.shown ? 0 : -1) << "stored type " << s.type << " bytes " << s.bytes.size();
+      seam.promptAnswers.push_back({2, false});
+      EXPECT_EQ(show(), s.shown ? 2 : -1);
       EXPECT_EQ(seam.prompts.size(), s.shown ? 1u : 0u);
     }
-  }
-}
-
-TEST(PromptMemory, TickingTheBoxRemembersOneAsADword) {
-  for (const auto& m : kMemories) {
-    SCOPED_TRACE(m.value);
     for (bool tick : {false, true}) {
+      SCOPED_TRACE(testing::Message() << value << " tick " << tick);
       vxtest::RegistryScope registry{{vxtest::kProgramKey}};
-      vxtest::WriteRaw(kSettings, m.value, REG_DWORD, std::string("\0\0\0\0", 4));
+      vxtest::WriteRaw(kSettings, value, REG_DWORD, zero);
       vxtest::ScriptedSeam seam;
       vxtest::SeamScope scope(seam);
       seam.promptAnswers.push_back({2, tick});
-      EXPECT_EQ(m.show(), 2);
+      EXPECT_EQ(show(), 2);
       DWORD type = 0;
       std::string bytes;
-      ASSERT_TRUE(vxtest::ReadRaw(kSettings, m.value, type, bytes));
+      ASSERT_TRUE(vxtest::ReadRaw(kSettings, value, type, bytes));
       EXPECT_EQ(type, static_cast<DWORD>(REG_DWORD));
-      EXPECT_EQ(bytes, tick ? std::string("\1\0\0\0", 4) : std::string("\0\0\0\0", 4));
-      // Once remembered, the next call asks nothing.
-      seam.promptAnswers.push_back({1, false});
-      EXPECT_EQ(m.show(), tick ? -1 : 1);
-      EXPECT_EQ(seam.prompts.size(), tick ? 1u : 2u);
+      EXPECT_EQ(bytes, tick ? one : zero);
+      EXPECT_EQ(show(), tick ? -1 : 0);  // once remembered, the next call asks nothing
     }
   }
 }
