@@ -1,12 +1,15 @@
-// The real prompt dialog, driven as a person would: buttons on screen, the check box, the ways out,
-// and the commands of "&Help" and "&Settings...".
+// The prompts: every routine's text, buttons, icon and check box; the "do not show again" memory; and
+// the real dialog driven as a person would: buttons on screen, the check box, the ways out, and the
+// commands of "&Help" and "&Settings...".
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <vector>
 
 #include "UiTest.h"
+#include "registry/modRegistry.h"
 #include "support/RegistryScope.h"
 #include "support/ScriptedSeam.h"
 #include "ui/frmPrompt.h"
@@ -14,7 +17,7 @@
 
 namespace {
 
-using Step = vxtest::ModalSteps::Step;
+using vxtest::Step;
 
 // Real dialogs; commands and help calls recorded.
 class RealPromptSeam : public vxtest::ScriptedSeam {
@@ -29,12 +32,7 @@ ui::PromptAnswer Show(const ui::PromptRequest& r, std::vector<Step> steps) {
 }
 
 ui::PromptRequest Request(std::array<std::string, 3> buttons, std::string checkBox = "") {
-  ui::PromptRequest r;
-  r.message = "First paragraph.\n\nSecond paragraph.";
-  r.buttons = std::move(buttons);
-  r.icon = ui::kIconQuestion;
-  r.checkBox = std::move(checkBox);
-  return r;
+  return {"First paragraph.\n\nSecond paragraph.", std::move(buttons), ui::kIconQuestion, 0, std::move(checkBox)};
 }
 
 LONG ButtonType(HWND c) {
@@ -67,13 +65,7 @@ Step Press(const std::string& caption) {
   };
 }
 
-Step TickBox() {
-  return [](HWND dialog) {
-    HWND c = CheckBox(dialog);
-    ASSERT_NE(c, nullptr);
-    vxtest::Click(c);
-  };
-}
+const Step kTick = [](HWND dialog) { vxtest::Click(CheckBox(dialog)); };
 
 TEST(PromptDialog, ButtonsStandRightToLeftBySlotAndAnswerTheirSlot) {
   struct Case { std::array<std::string, 3> buttons; std::vector<std::string> leftToRight; std::string box; };
@@ -82,6 +74,8 @@ TEST(PromptDialog, ButtonsStandRightToLeftBySlotAndAnswerTheirSlot) {
       {{"&Help", "OK", ""}, {"OK", "&Help"}, "Do not show this dialog again"},
       {{"OK", "", ""}, {"OK"}, ""},
   };
+  vxtest::ScriptedSeam seam;  // "&Help" must not open the real help
+  vxtest::SeamScope scope(seam);
   for (const auto& c : cases) {
     const auto r = Request(c.buttons, c.box);
     auto looks = [&](HWND dialog) {
@@ -98,7 +92,7 @@ TEST(PromptDialog, ButtonsStandRightToLeftBySlotAndAnswerTheirSlot) {
         if (tick && c.box.empty()) continue;
         SCOPED_TRACE(testing::Message() << c.leftToRight[0] << " slot " << slot << " tick " << tick);
         std::vector<Step> steps = {looks};
-        if (tick) steps.push_back(TickBox());
+        if (tick) steps.push_back(kTick);
         steps.push_back(Press(c.buttons[slot]));
         ui::PromptAnswer a = Show(r, steps);
         EXPECT_EQ(a.result, slot);
@@ -116,11 +110,11 @@ TEST(PromptDialog, EscapeAndTheCloseBoxAnswerCancelOrOk) {
   for (const auto& [buttons, slot] : cases) {
     for (bool escape : {true, false}) {
       SCOPED_TRACE(buttons[0] + "/" + buttons[1] + (escape ? " Escape" : " close box"));
-      RealPromptSeam seam;
+      vxtest::ScriptedSeam seam;
       vxtest::SeamScope scope(seam);
       Step close = escape ? Step([](HWND) { vxtest::PostKey(VK_ESCAPE); })
                           : Step([](HWND d) { PostMessageA(d, WM_SYSCOMMAND, SC_CLOSE, 0); });
-      ui::PromptAnswer a = Show(Request(buttons, "Box"), {TickBox(), close});
+      ui::PromptAnswer a = Show(Request(buttons, "Box"), {kTick, close});
       EXPECT_EQ(a.result, slot);
       EXPECT_TRUE(a.doNotShow);
       EXPECT_TRUE(seam.helpCalls.empty());  // leaving this way runs no button's command
@@ -131,7 +125,7 @@ TEST(PromptDialog, EscapeAndTheCloseBoxAnswerCancelOrOk) {
 
 TEST(PromptDialog, HelpAndSettingsRunTheirCommandAndAnswerTheirSlot) {
   vxtest::RegistryScope registry{{vxtest::kProgramKey}};
-  struct Case { const char* name; std::function<int()> show; std::string press; int slot; std::string keyword; bool command; };
+  struct Case { const char* name; std::function<int()> show; std::string press; int slot; std::string keyword; bool run; };
   const Case cases[] = {
       {"rebuild notice", [] { return modMsgbox::RebuildNotice("Windows 98"); }, "&Help", 0, "Icon Cache", false},
       {"hide network", modMsgbox::HideNetworkNeighborhood, "&Help", 0, "Hide, Network Neighborhood", false},
@@ -152,8 +146,141 @@ TEST(PromptDialog, HelpAndSettingsRunTheirCommandAndAnswerTheirSlot) {
       EXPECT_EQ(seam.helpCalls[0].command, 261u);  // HELP_PARTIALKEY
       EXPECT_EQ(seam.helpCalls[0].keyword, c.keyword);
     }
-    EXPECT_EQ(seam.commands, c.command ? std::vector<std::string>{"rundll32.exe shell32.dll,Control_RunDLL desk.cpl,,3"}
+    EXPECT_EQ(seam.commands, c.run ? std::vector<std::string>{"rundll32.exe shell32.dll,Control_RunDLL desk.cpl,,3"}
                                        : std::vector<std::string>{});
+  }
+}
+
+const std::string kSettings = vxtest::kProgramKey + "\\Settings";
+
+struct RoutineCase {
+  const char* name;
+  std::function<int()> show;
+  std::string message;
+  std::array<std::string, 3> buttons;
+  std::string icon, checkBox;
+  int helpTopic;
+};
+
+TEST(PromptRoutines, EachPromptHasItsTextButtonsAndIcon) {
+  const std::string sureChange = "\n\nAre you sure you want to change this setting?";
+  const std::string sureContinue = "\n\nAre you sure you want to continue?";
+  const RoutineCase cases[] = {
+      {"RestartLater", modMsgbox::RestartLater,
+       "One or more of these changes you have made will only take effect the next time you start Windows.",
+       {"OK", "", ""}, "32516", "", 0},
+      {"ColourDepth", modMsgbox::ColourDepth,
+       "Your display is currently configured for 256 colours or less.\n\nTo use high colour icons, your "
+       "display's colour palette must be set to either High Colour or True Colour.\n\nYou can change your "
+       "colour palette settings by selecting the \"Settings...\" button below.",
+       {"&Settings...", "OK", ""}, "32513", "", 0},
+      {"NotepadOnAllFiles", modMsgbox::NotepadOnAllFiles,
+       "Adding Notepad to all files causes conflicts with the Microsoft Office shortcut bar." + sureChange,
+       {"Cancel", "OK", ""}, "32514", "", 0},
+      {"HideNetworkNeighborhood", modMsgbox::HideNetworkNeighborhood,
+       "Hiding Network Neighborhood disables shell support for Universal Naming Convention (UNC) notation." +
+           sureChange, {"&Help", "Cancel", "OK"}, "32515", "", 0},
+      {"DisableDesktop", modMsgbox::DisableDesktop,
+       "Disabling the Desktop causes a conflict with Internet Explorer 4.0 which may make this change "
+       "irreversable." + sureChange, {"Cancel", "OK", ""}, "32515", "", 0},
+      {"RestoreAllPointers", [] { return modMsgbox::RestoreAllPointers("Windows 98"); },
+       "Restoring all your Windows 98 pointers will return them to Microsoft setup defaults." + sureContinue,
+       {"Cancel", "OK", ""}, "32514", "", 0},
+      {"RestoreAllIcons", [] { return modMsgbox::RestoreAllIcons("Windows NT"); },
+       "Restoring all your Windows NT system icons will return them to Microsoft setup defaults." + sureContinue,
+       {"Cancel", "OK", ""}, "32514", "", 0},
+      {"RestoreAllSettings", [] { return modMsgbox::RestoreAllSettings("Windows 95"); },
+       "Restoring all your Windows 95 system settings will return them to Microsoft setup defaults." +
+           sureContinue, {"Cancel", "OK", ""}, "32514", "", 0},
+      {"SaveBeforeClosing", modMsgbox::SaveBeforeClosing, "Would you like to save your changes before closing?",
+       {"&Cancel", "No", "Yes"}, "32514", "", 0},
+      {"InvalidTheme", [] { return modMsgbox::InvalidTheme("C:\\My Themes\\odd & end.txt"); },
+       "The file C:\\My Themes\\odd & end.txt does not appear to be a valid theme file.", {"OK", "", ""},
+       "32513", "", 0},
+      {"OverwriteTheme", [] { return modMsgbox::OverwriteTheme("Blue Sky"); },
+       "Are you sure you want to overwrite the Icon Theme:\n\nBlue Sky\n\nIf you tick the box below, theme "
+       "files will automatically be overwritten when you click save.",
+       {"&Cancel", "No", "Yes"}, "32514", "Do not ask me this question next time", 0},
+      {"RestartNow", modMsgbox::RestartNow,
+       "You will need to restart your computer for one or more of these changes to take effect.\n\nWould you "
+       "like to restart your computer now?", {"No", "Yes", ""}, "32514", "", 0},
+      {"RebuildNotice", [] { return modMsgbox::RebuildNotice("Windows 98"); },
+       "Vexillor has notified Windows 98 of your changes.\n\nWindows 95 and Windows NT contains flaws that can "
+       "cause these changes to be ignored under certain conditions.\n\nIf your changes are not applied you "
+       "will need to select the \"Rebuild Icon Cache\" option from the File menu.\n\nFor more information about "
+       "this problem, please select the \"Help\" button below.",
+       {"&Help", "OK", ""}, "32515", "Do not show this dialog again", 4600},
+      {"EmptyName", modMsgbox::EmptyName, "You must provide a name for your system icon.", {"OK", "", ""},
+       "32515", "", 0},
+      {"RemoveDesktopIni", modMsgbox::RemoveDesktopIni,
+       "Restoring this icon will remove the 'desktop.ini' file from the selected folder." + sureContinue,
+       {"Cancel", "OK", ""}, "32514", "", 0},
+      {"RemoveAutorunInf", modMsgbox::RemoveAutorunInf,
+       "Restoring this icon will remove the 'autorun.inf' file from the selected hard drive." + sureContinue,
+       {"Cancel", "OK", ""}, "32514", "", 0},
+      {"NothingToRestore", modMsgbox::NothingToRestore,
+       "You must select a customised folder or hard drive before it can be restored to the default icon.",
+       {"OK", "", ""}, "32516", "", 0},
+  };
+  vxtest::RegistryScope registry{{vxtest::kProgramKey}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    vxtest::ScriptedSeam seam;
+    vxtest::SeamScope scope(seam);
+    seam.promptAnswers.push_back({1, false});  // the pressed slot comes back unchanged
+    EXPECT_EQ(c.show(), 1);
+    ASSERT_EQ(seam.prompts.size(), 1u);
+    const ui::PromptRequest& r = seam.prompts[0];
+    EXPECT_EQ(r.message, c.message);
+    EXPECT_EQ(r.buttons, c.buttons);
+    EXPECT_EQ(r.icon, c.icon);
+    EXPECT_EQ(r.checkBox, c.checkBox);
+    EXPECT_EQ(r.helpTopic, c.helpTopic);
+    // Only the remembered prompts may leave anything behind, and only when ticked.
+    EXPECT_FALSE(vxtest::KeyExists(kSettings));
+  }
+}
+
+const std::pair<const char*, std::function<int()>> kMemories[] = {
+    {"Dialog Rebuild", [] { return modMsgbox::RebuildNotice("Windows 95"); }},
+    {"Dialog Overwrite", [] { return modMsgbox::OverwriteTheme("Autumn"); }},
+};
+
+TEST(PromptMemory, OneSuppressesThePromptAnyOtherValueShowsItAndTheTickWritesOne) {
+  const std::string one("\1\0\0\0", 4), zero("\0\0\0\0", 4);
+  const struct { bool present; DWORD type; std::string bytes; bool shown; } stored[] = {
+      {false, 0, "", true},  // never asked before
+      {true, REG_DWORD, one, false},
+      {true, REG_DWORD, zero, true},
+      {true, REG_DWORD, std::string("\2\0\0\0", 4), true},
+      {true, REG_SZ, std::string("1\0", 2), true},  // not a number
+  };
+  for (const auto& [value, show] : kMemories) {
+    for (const auto& s : stored) {
+      SCOPED_TRACE(testing::Message() << value << " type " << s.type << " bytes " << s.bytes.size());
+      vxtest::RegistryScope registry{{vxtest::kProgramKey}};
+      if (s.present) vxtest::WriteRaw(kSettings, value, s.type, s.bytes);
+      vxtest::ScriptedSeam seam;
+      vxtest::SeamScope scope(seam);
+      seam.promptAnswers.push_back({2, false});
+      EXPECT_EQ(show(), s.shown ? 2 : -1);
+      EXPECT_EQ(seam.prompts.size(), s.shown ? 1u : 0u);
+    }
+    for (bool tick : {false, true}) {
+      SCOPED_TRACE(testing::Message() << value << " tick " << tick);
+      vxtest::RegistryScope registry{{vxtest::kProgramKey}};
+      vxtest::WriteRaw(kSettings, value, REG_DWORD, zero);
+      vxtest::ScriptedSeam seam;
+      vxtest::SeamScope scope(seam);
+      seam.promptAnswers.push_back({2, tick});
+      EXPECT_EQ(show(), 2);
+      DWORD type = 0;
+      std::string bytes;
+      ASSERT_TRUE(vxtest::ReadRaw(kSettings, value, type, bytes));
+      EXPECT_EQ(type, static_cast<DWORD>(REG_DWORD));
+      EXPECT_EQ(bytes, tick ? one : zero);
+      EXPECT_EQ(show(), tick ? -1 : 0);  // once remembered, the next call asks nothing
+    }
   }
 }
 

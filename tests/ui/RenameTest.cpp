@@ -9,7 +9,7 @@
 
 namespace {
 
-std::optional<std::string> Ask(std::vector<vxtest::ModalSteps::Step> steps) {
+std::optional<std::string> Ask(std::vector<vxtest::Step> steps) {
   return vxtest::RunModal("Rename", std::move(steps), [] {
     return ui::RealSeam().AskName(nullptr, "Type a new name for Recycle Bin (empty)", "Recycle Bin",
                                   "Recycle Bin (reset)");

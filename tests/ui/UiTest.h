@@ -1,14 +1,10 @@
 #pragma once
-// Shared scaffolding for the UI tests: a host window, well-known paths, and a driver for real modal
-// dialogs. Each driver step runs on a thread-timer tick, so the modal loop has handled whatever the
-// previous step posted before the next one looks; a dialog still open after the last step is closed
-// with Cancel and reported, so a broken test cannot hang the run.
+// Shared scaffolding for the UI tests: a host window, paths, and a driver for real modal dialogs.
 #include <windows.h>
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "ui/win.h"
@@ -39,19 +35,8 @@ inline std::string TempFolder(const char* name) {
 
 // The visible dialog of this thread with that title, or nullptr.
 inline HWND FindThreadDialog(const std::string& title) {
-  std::pair<const std::string*, HWND> search{&title, nullptr};
-  EnumThreadWindows(
-      GetCurrentThreadId(),
-      [](HWND h, LPARAM lp) -> BOOL {
-        auto* s = reinterpret_cast<std::pair<const std::string*, HWND>*>(lp);
-        char cls[32] = {};
-        GetClassNameA(h, cls, sizeof cls);
-        if (std::string(cls) != "#32770" || ui::GetText(h) != *s->first || !IsWindowVisible(h)) return TRUE;
-        s->second = h;
-        return FALSE;
-      },
-      reinterpret_cast<LPARAM>(&search));
-  return search.second;
+  HWND h = FindWindowA("#32770", title.c_str());
+  return h && IsWindowVisible(h) && GetWindowThreadProcessId(h, nullptr) == GetCurrentThreadId() ? h : nullptr;
 }
 
 // A key typed into the window that has the focus.
@@ -62,52 +47,40 @@ inline void PostKey(UINT vk) {
 
 inline void Click(HWND button) { SendMessageA(button, BM_CLICK, 0, 0); }
 
-class ModalSteps {
- public:
-  using Step = std::function<void(HWND dialog)>;
-  ModalSteps(std::string title, std::vector<Step> steps) : title_(std::move(title)), steps_(std::move(steps)) {
-    current() = this;
-    timer_ = SetTimer(nullptr, 0, 40, &Tick);
-  }
-  ~ModalSteps() {
-    KillTimer(nullptr, timer_);
-    current() = nullptr;
-  }
-  ModalSteps(const ModalSteps&) = delete;
-  bool leftOpen() const { return leftOpen_; }
-  size_t ran() const { return next_; }
-
- private:
-  static ModalSteps*& current() {
-    static ModalSteps* instance = nullptr;
-    return instance;
+// A dialog script: each step runs on a thread-timer tick, so the modal loop has handled what the previous
+// step posted; a dialog still open after the last step is closed and reported, so a test cannot hang.
+using Step = std::function<void(HWND dialog)>;
+struct Script {
+  std::string title;
+  std::vector<Step> steps;
+  size_t next = 0;
+  bool leftOpen = false, busy = false;
+  static Script*& Current() {
+    static Script* current = nullptr;
+    return current;
   }
   static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
-    ModalSteps* self = current();
-    if (!self || self->busy_) return;
-    HWND dialog = FindThreadDialog(self->title_);
+    Script* s = Current();
+    HWND dialog = s && !s->busy ? FindThreadDialog(s->title) : nullptr;
     if (!dialog) return;
-    self->busy_ = true;
-    if (self->next_ < self->steps_.size()) self->steps_[self->next_++](dialog);
-    else self->leftOpen_ = true, EndDialog(dialog, IDCANCEL);
-    self->busy_ = false;
+    s->busy = true;
+    if (s->next < s->steps.size()) s->steps[s->next++](dialog);
+    else s->leftOpen = true, EndDialog(dialog, IDCANCEL);
+    s->busy = false;
   }
-
-  std::string title_;
-  std::vector<Step> steps_;
-  size_t next_ = 0;
-  bool leftOpen_ = false, busy_ = false;
-  UINT_PTR timer_ = 0;
 };
 
 // Calls show(), which opens the dialog of that title, and runs every step inside it.
 template <class Show>
-auto RunModal(const std::string& title, std::vector<ModalSteps::Step> steps, Show show) {
-  const size_t expected = steps.size();
-  ModalSteps driver(title, std::move(steps));
+auto RunModal(const std::string& title, std::vector<Step> steps, Show show) {
+  Script script{title, std::move(steps)};
+  Script::Current() = &script;
+  UINT_PTR timer = SetTimer(nullptr, 0, 40, &Script::Tick);
   auto result = show();
-  EXPECT_EQ(driver.ran(), expected) << "the dialog closed before every step ran";
-  EXPECT_FALSE(driver.leftOpen()) << "the dialog had to be closed by the test";
+  KillTimer(nullptr, timer);
+  Script::Current() = nullptr;
+  EXPECT_EQ(script.next, script.steps.size()) << "the dialog closed before every step ran";
+  EXPECT_FALSE(script.leftOpen) << "the dialog had to be closed by the test";
   return result;
 }
 
