@@ -88,7 +88,7 @@ TEST_F(ListTest, HighlightFillsTheRowAndIconsAreDrawnAsDrawIconDrawsThem) {
 
 TEST_F(ListTest, CaptionsAreCentredAndLongOnesCut20WhenAddedAnd25WhenRedrawn) {
   list.Move(10, 10, 200, kHeight);
-  const std::string longCaption = "Settings - Control Panel (Windows)";
+  const std::string longCaption = "Microsoft Windows Network Neighborhood";
   const std::string cut20 = longCaption.substr(0, 20) + " ...", cut25 = longCaption.substr(0, 25) + " ...";
   list.AddItem(longCaption, "", 0, "long");
   list.AddItem("Recycle Bin", "", 0, "bin");
