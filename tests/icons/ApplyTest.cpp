@@ -18,7 +18,8 @@
 #include "support/RegistryScope.h"
 #include "support/ScriptedSeam.h"
 #include "ui/ListBoxIcons.h"
-#include "ui/ModalDriver.h"
+#include "ui/UiTest.h"
+#include "ui/win.h"
 
 using namespace vx;
 
@@ -535,22 +536,15 @@ class RealPromptsSeam : public ui::RealSeam {
 TEST(PromptRestartDialog, TheRealPromptsAnswerDecides) {
   RealPromptsSeam seam;
   vxtest::SeamScope scope(seam);
-  // VX_PROMPT_HOLD_MS keeps the prompt on screen for a screenshot.
-  const char* hold = std::getenv("VX_PROMPT_HOLD_MS");
   for (const char* button : {"No", "Yes"}) {
-    std::vector<vxtest::ModalSteps::Step> steps(static_cast<size_t>(hold ? std::atoi(hold) / 40 : 0),
-                                                [](HWND) {});
-    steps.push_back([button](HWND dialog) {
-      for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-        char text[32] = {};
-        GetWindowTextA(child, text, sizeof text);
-        if (std::string(text) == button) vxtest::Click(child);
-      }
-    });
-    vxtest::ModalSteps driver("Vexillor", steps);
     bool needed = true;
-    const bool later = PromptRestart(Env("WinNT", "Error", false), needed);
-    EXPECT_FALSE(driver.leftOpen()) << button;
+    const bool later = vxtest::RunModal(
+        "Vexillor",
+        {[button](HWND dialog) {
+          for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
+            if (ui::GetText(child) == button) vxtest::Click(child);
+        }},
+        [&] { return PromptRestart(Env("WinNT", "Error", false), needed); });
     EXPECT_FALSE(needed);
     EXPECT_EQ(later, std::string(button) == "No");
   }
