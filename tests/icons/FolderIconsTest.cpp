@@ -15,8 +15,13 @@
 
 namespace {
 
-const std::string kBase = "C:\\VXFOLDERS";  // so that one folder path is all upper case
+const std::string kBase = "C:\\VXFOLDERS";  // so that one folder's path is all upper case
 const std::string kMixed = kBase + "\\Some Folder", kUpper = kBase + "\\ALL UPPER";
+const std::string kRoot = "C:\\", kMine = "C:\\icons\\mine.dll";
+const std::string kSure = "\n\nAre you sure you want to continue?";
+const std::string kRemoveIni = "Restoring this icon will remove the 'desktop.ini' file from the selected folder." + kSure;
+const std::string kRemoveInf =
+    "Restoring this icon will remove the 'autorun.inf' file from the selected hard drive." + kSure;
 
 std::string Profile(const std::string& file, const char* section, const char* key) {
   char buf[MAX_PATH] = "";
@@ -24,7 +29,7 @@ std::string Profile(const std::string& file, const char* section, const char* ke
   return buf;
 }
 
-// The icon a shell shows for a path: the root's autorun.inf, or a system folder's desktop.ini.
+// What the shell shows for a path: the root's autorun.inf icon, or a system folder's desktop.ini icon.
 std::string ShellView(const std::string& path) {
   std::string location;
   if (path.size() == 3) {
@@ -36,6 +41,19 @@ std::string ShellView(const std::string& path) {
   return location.empty() ? "Windows Default Icon" : location;
 }
 
+DWORD Attributes(const std::string& path) { return GetFileAttributesA(path.c_str()); }
+
+// A name list up to its empty entry, "|" between names.
+std::string Names(const char* list) {
+  std::string names;
+  for (const char* p = list; *p; p += strlen(p) + 1) {
+    if (!names.empty()) names += '|';
+    names += p;
+  }
+  return names;
+}
+
+// The main window's Explorer tab, keeping a log of the calls that order matters for.
 class ExplorerHost : public vx::EditHost {
  public:
   HWND Owner() override { return nullptr; }
@@ -61,82 +79,46 @@ class ExplorerHost : public vx::EditHost {
     vx::RebuildIconCache(env, pending, [this] { RefreshFolderTree(); });
   }
 
-  // Selects a folder in the tree, then forgets every mark.
-  void Select(const std::string& p) {
-    path = p;
-    lstbxExplorer_Click();
-    log.clear();
-    pending = false;
-  }
-
   vx::Environment env = vxtest::Env("Win98");
   std::vector<vx::IconItem> catalogue;
   std::string path, info, log;
   bool pending = false;
 };
 
-// Counts the icon-metrics broadcasts that a cache rebuild sends to every top-level window.
-int g_metricsHeard = 0;
-LRESULT CALLBACK Watcher(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) noexcept {
-  if (msg == WM_SETTINGCHANGE && wp == SPI_SETICONMETRICS) ++g_metricsHeard;
-  return DefWindowProcA(hwnd, msg, wp, lp);
-}
-
-// One call of the shell's file operation as "owner function flags: from > to"; a name list is shown up
-// to its empty entry, with "|" between names.
-std::string Names(const char* list) {
-  std::string names;
-  for (const char* p = list; *p; p += strlen(p) + 1) {
-    if (!names.empty()) names += '|';
-    names += p;
-  }
-  return names;
-}
-
 class FolderIcons : public ::testing::Test {
  protected:
   FolderIcons() {
-    // Under Wine a rename that only changes the case is refused, so the calls are what can be seen.
+    // Under Wine a rename that only changes the letter case is refused, so the calls are what is seen.
     realOperation = vx::SetShellFileOperation([this](SHFILEOPSTRUCTA& op) {
       host.log += "rename ";
-      renames.push_back(std::to_string(reinterpret_cast<uintptr_t>(op.hwnd)) + " " + std::to_string(op.wFunc) + " " +
-                        std::to_string(op.fFlags) + ": " + Names(op.pFrom) + " > " + Names(op.pTo));
+      renames.push_back(std::to_string(reinterpret_cast<uintptr_t>(op.hwnd)) + " " + std::to_string(op.wFunc) +
+                        " " + std::to_string(op.fFlags) + ": " + Names(op.pFrom) + " > " + Names(op.pTo));
       return 0;
     });
-    for (const auto& dir : {kMixed, kUpper}) RemoveFolder(dir);
-    CreateDirectoryA(kBase.c_str(), nullptr);
-    for (const auto& dir : {kMixed, kUpper}) CreateDirectoryA(dir.c_str(), nullptr);
-    WNDCLASSA wc{};
-    wc.lpfnWndProc = Watcher;
-    wc.hInstance = GetModuleHandleA(nullptr);
-    wc.lpszClassName = "VexillorFolderIconsWatcher";
-    RegisterClassA(&wc);
-    watcher = CreateWindowExA(0, wc.lpszClassName, "", WS_OVERLAPPED, 0, 0, 10, 10, nullptr, nullptr,
-                              wc.hInstance, nullptr);
-    iconSizeSaved = vxtest::ReadRaw(kMetrics, "Shell Icon Size", iconSizeType, iconSize);
-    g_metricsHeard = 0;
+    savedSize = vxtest::ReadRaw(vx::kWindowMetricsKey, "Shell Icon Size", sizeType, size);
+    for (const auto& dir : {kBase, kMixed, kUpper}) CreateDirectoryA(dir.c_str(), nullptr);
   }
   ~FolderIcons() override {
     vx::SetShellFileOperation(realOperation);
-    DestroyWindow(watcher);
-    if (iconSizeSaved) vxtest::WriteRaw(kMetrics, "Shell Icon Size", iconSizeType, iconSize);
-    else modRegistry::DeleteValue(kMetrics, "Shell Icon Size");
-    for (const auto& dir : {kMixed, kUpper}) RemoveFolder(dir);
+    if (savedSize) vxtest::WriteRaw(vx::kWindowMetricsKey, "Shell Icon Size", sizeType, size);
+    else modRegistry::DeleteValue(vx::kWindowMetricsKey, "Shell Icon Size");
+    for (const auto& dir : {kMixed, kUpper}) {
+      SetFileAttributesA((dir + "\\desktop.ini").c_str(), FILE_ATTRIBUTE_NORMAL);
+      DeleteFileA((dir + "\\desktop.ini").c_str());
+      SetFileAttributesA(dir.c_str(), FILE_ATTRIBUTE_NORMAL);
+      RemoveDirectoryA(dir.c_str());
+    }
     RemoveDirectoryA(kBase.c_str());
   }
-  static void RemoveFolder(const std::string& dir) {
-    SetFileAttributesA((dir + "\\desktop.ini").c_str(), FILE_ATTRIBUTE_NORMAL);
-    DeleteFileA((dir + "\\desktop.ini").c_str());
-    SetFileAttributesA(dir.c_str(), FILE_ATTRIBUTE_NORMAL);
-    RemoveDirectoryA(dir.c_str());
-  }
-  // Chooses file,index in the picker and presses Change.
-  void Change(const std::string& file, int16_t index) {
+  // Selects path in the tree, chooses file,index in the picker and presses Change.
+  void Change(const std::string& path, const std::string& file, int16_t index) {
+    host.path = path;
+    host.lstbxExplorer_Click();
+    host.log.clear();
     seam.iconChoices = {{true, file, index}};
     vx::cmdChange_Click(host);
   }
 
-  const std::string kMetrics = vx::kWindowMetricsKey;
   const vxtest::SavedFile autorun{"C:\\autorun.inf"};
   vxtest::RegistryScope scope{{vxtest::kProgramKey}};
   vxtest::ScriptedSeam seam;
@@ -144,92 +126,74 @@ class FolderIcons : public ::testing::Test {
   ExplorerHost host;
   std::vector<std::string> renames;
   vx::ShellFileOperation realOperation;
-  HWND watcher = nullptr;
-  bool iconSizeSaved = false;
-  DWORD iconSizeType = 0;
-  std::string iconSize;
+  bool savedSize = false;
+  DWORD sizeType = 0;
+  std::string size;
 };
 
 TEST_F(FolderIcons, ChangeWritesTheFoldersDesktopIniAtOnce) {
   for (const auto& dir : {kMixed, kUpper}) {
-    SCOPED_TRACE(dir);
-    host.Select(dir);
-    EXPECT_EQ(host.info, "Windows Default Icon");
-    Change("C:\\icons\\mine.dll", 7);
+    Change(dir, kMine, 7);
     const std::string ini = dir + "\\desktop.ini";
-    EXPECT_EQ(Profile(ini, ".ShellClassInfo", "IconFile"), "C:\\icons\\mine.dll");
+    EXPECT_EQ(Profile(ini, ".ShellClassInfo", "IconFile"), kMine);
     EXPECT_EQ(Profile(ini, ".ShellClassInfo", "IconIndex"), "7");
-    EXPECT_EQ(GetFileAttributesA(dir.c_str()), static_cast<DWORD>(FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_DIRECTORY));
-    EXPECT_EQ(GetFileAttributesA(ini.c_str()), static_cast<DWORD>(FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE));
-    EXPECT_EQ(host.info, "C:\\icons\\mine.dll,7");
+    EXPECT_EQ(Attributes(dir), static_cast<DWORD>(FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_DIRECTORY));
+    EXPECT_EQ(Attributes(ini), static_cast<DWORD>(FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE));
+    EXPECT_EQ(host.info, kMine + ",7");
     EXPECT_EQ(host.log, "rename rename click refresh ");  // no Apply, no cache rebuild
-    EXPECT_TRUE(host.pending);
   }
+  EXPECT_TRUE(host.pending);
   EXPECT_TRUE(seam.prompts.empty());
 }
 
 TEST_F(FolderIcons, ChangeForTheRootWritesAutorunInfAndRebuildsTheCache) {
-  host.Select("C:\\");
-  Change("C:\\icons\\drive.ico", 0);
-  EXPECT_EQ(Profile("C:\\autorun.inf", "AUTORUN", "Icon"), "C:\\icons\\drive.ico,0");
+  WritePrivateProfileStringA("AUTORUN", "open", "setup.exe", "C:\\autorun.inf");
+  Change(kRoot, kMine, -3);
+  EXPECT_EQ(Profile("C:\\autorun.inf", "AUTORUN", "Icon"), kMine + ",-3");
+  EXPECT_EQ(Profile("C:\\autorun.inf", "AUTORUN", "open"), "setup.exe");  // the rest of the file stays
   EXPECT_EQ(host.log, "rebuild refresh refresh ");
-  EXPECT_EQ(g_metricsHeard, 2);  // size bumped and put back
   ASSERT_EQ(seam.prompts.size(), 1u);
   EXPECT_EQ(seam.prompts[0].message.substr(0, 49), "Vexillor has notified Windows 98 of your changes.");
-  EXPECT_FALSE(host.pending);  // the notice clears it
-
-  // A second choice replaces the key and keeps what else the file holds.
-  WritePrivateProfileStringA("AUTORUN", "open", "setup.exe", "C:\\autorun.inf");
-  host.Select("C:\\");
-  Change("C:\\icons\\drive.ico", -3);
-  EXPECT_EQ(Profile("C:\\autorun.inf", "AUTORUN", "Icon"), "C:\\icons\\drive.ico,-3");
-  EXPECT_EQ(Profile("C:\\autorun.inf", "AUTORUN", "open"), "setup.exe");
+  EXPECT_FALSE(host.pending);  // the rebuild's notice clears it
 }
 
 TEST_F(FolderIcons, DefaultIconRestoresOnlyWhatTheUserConfirms) {
   const struct {
-    std::string path;
-    int answer;  // slot: 0 Cancel, 1 OK
-    std::string prompt, infoAfter, log;
-    bool fileLeft;
+    std::string path, file, prompt;
+    int answer;  // slot 0 Cancel, slot 1 OK
+    std::string log;
   } cases[] = {
-      {kMixed, 0, "Restoring this icon will remove the 'desktop.ini' file from the selected folder.\n\n"
-                  "Are you sure you want to continue?", "C:\\icons\\mine.dll,2", "click focus refresh ", true},
-      {kUpper, 1, "Restoring this icon will remove the 'desktop.ini' file from the selected folder.\n\n"
-                  "Are you sure you want to continue?", "Windows Default Icon", "rename rename click focus refresh ", false},
-      {"C:\\", 0, "Restoring this icon will remove the 'autorun.inf' file from the selected hard drive.\n\n"
-                  "Are you sure you want to continue?", "C:\\icons\\mine.dll,2", "click focus refresh ", true},
-      {"C:\\", 1, "Restoring this icon will remove the 'autorun.inf' file from the selected hard drive.\n\n"
-                  "Are you sure you want to continue?", "Windows Default Icon",
-       "rebuild refresh click focus refresh ", false},
+      {kMixed, kMixed + "\\desktop.ini", kRemoveIni, 0, "click focus refresh "},
+      {kUpper, kUpper + "\\desktop.ini", kRemoveIni, 1, "rename rename click focus refresh "},
+      {kRoot, "C:\\autorun.inf", kRemoveInf, 0, "click focus refresh "},
+      {kRoot, "C:\\autorun.inf", kRemoveInf, 1, "rebuild refresh click focus refresh "},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.path + " answer " + std::to_string(c.answer));
-    host.Select(c.path);
-    Change("C:\\icons\\mine.dll", 2);
-    host.Select(c.path);  // a drive's change leaves the info bar as it was
-    ASSERT_EQ(host.info, "C:\\icons\\mine.dll,2");
+    Change(c.path, kMine, 2);
+    host.lstbxExplorer_Click();  // a drive's change leaves the info bar as it was
+    ASSERT_EQ(host.info, kMine + ",2");
+    host.log.clear();
     seam.prompts.clear();
     seam.promptAnswers = {{c.answer, false}};
     vx::cmdDefault_Click(host);
     ASSERT_GE(seam.prompts.size(), 1u);
     EXPECT_EQ(seam.prompts[0].message, c.prompt);
     EXPECT_EQ(seam.prompts[0].icon, "32514");
-    EXPECT_EQ(host.info, c.infoAfter);
+    EXPECT_EQ(host.info, c.answer ? "Windows Default Icon" : kMine + ",2");
     EXPECT_EQ(host.log, c.log);
-    const std::string file = c.path.size() == 3 ? c.path + "autorun.inf" : c.path + "\\desktop.ini";
-    EXPECT_EQ(GetFileAttributesA(file.c_str()) != INVALID_FILE_ATTRIBUTES, c.fileLeft);
-    if (c.path.size() > 3) {
-      EXPECT_EQ(GetFileAttributesA(c.path.c_str()),
-                static_cast<DWORD>(c.fileLeft ? FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_DIRECTORY
-                                              : FILE_ATTRIBUTE_DIRECTORY));
+    EXPECT_EQ(Attributes(c.file) == INVALID_FILE_ATTRIBUTES, c.answer == 1);
+    if (c.path != kRoot) {
+      const DWORD folder = FILE_ATTRIBUTE_DIRECTORY | (c.answer ? 0 : FILE_ATTRIBUTE_SYSTEM);
+      EXPECT_EQ(Attributes(c.path), folder);
     }
   }
 }
 
 TEST_F(FolderIcons, DefaultIconOnAnUncustomisedSelectionAsksForACustomisedOne) {
-  for (const auto& path : {kMixed, std::string("C:\\")}) {
-    host.Select(path);
+  for (const auto& path : {kMixed, kRoot}) {
+    host.path = path;
+    host.info = "Windows Default Icon";
     seam.prompts.clear();
     vx::cmdDefault_Click(host);
     ASSERT_EQ(seam.prompts.size(), 1u);
@@ -244,7 +208,7 @@ TEST_F(FolderIcons, ShellFileRefreshRenamesToTheOtherCaseAndBack) {
   const struct { std::string path, other; } cases[] = {
       {kMixed, "C:\\VXFOLDERS\\SOME FOLDER"},
       {kUpper, "c:\\vxfolders\\all upper"},
-      {"C:\\VXFOLDERS\\ALL UPPEr", "C:\\VXFOLDERS\\ALL UPPER"},
+      {"C:\\VXFOLDERS\\ALL UPPEr", kUpper},
       {"C:\\123", "c:\\123"},  // nothing to raise counts as all upper case
   };
   for (const auto& c : cases) {
@@ -253,16 +217,6 @@ TEST_F(FolderIcons, ShellFileRefreshRenamesToTheOtherCaseAndBack) {
     const std::vector<std::string> expected = {"4660 4 20: " + c.path + " > " + c.other,
                                                "4660 4 20: " + c.other + " > " + c.path};
     EXPECT_EQ(renames, expected);
-  }
-  // Through the real shell the names on disk stay exactly as they were.
-  vx::SetShellFileOperation(realOperation);
-  for (const auto& dir : {kMixed, kUpper}) {
-    vx::ShellFileRefresh(nullptr, dir);
-    WIN32_FIND_DATAA found;
-    HANDLE f = FindFirstFileA(dir.c_str(), &found);
-    ASSERT_NE(f, INVALID_HANDLE_VALUE);
-    FindClose(f);
-    EXPECT_EQ(kBase + "\\" + found.cFileName, dir);
   }
 }
 

@@ -3,9 +3,6 @@
 // from keys the system owns, saved and cleared for the life of a test.
 #include <windows.h>
 
-#include <fstream>
-#include <optional>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -67,34 +64,23 @@ inline std::vector<SavedValues::Value> CatalogueValues() {
   return v;
 }
 
-// A file outside the test's own folders (such as C:\autorun.inf) that a test may write: its bytes and
-// attributes are put back when the scope ends, or the file is removed when there was none.
+// A file outside the test's own folders (such as C:\autorun.inf) that a test may write: it is moved
+// aside for the life of the scope and then put back, or removed when there was none.
 class SavedFile {
  public:
-  explicit SavedFile(std::string path) : path_(std::move(path)) {
-    attributes_ = GetFileAttributesA(path_.c_str());
-    if (attributes_ == INVALID_FILE_ATTRIBUTES) return;
-    std::ifstream in(path_, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    bytes_ = bytes.str();
-    SetFileAttributesA(path_.c_str(), FILE_ATTRIBUTE_NORMAL);
-    DeleteFileA(path_.c_str());  // tests start without it
+  explicit SavedFile(std::string path) : path_(std::move(path)), aside_(path_ + ".vxtest") {
+    MoveFileExA(path_.c_str(), aside_.c_str(), MOVEFILE_REPLACE_EXISTING);
   }
   ~SavedFile() {
     SetFileAttributesA(path_.c_str(), FILE_ATTRIBUTE_NORMAL);
     DeleteFileA(path_.c_str());
-    if (!bytes_) return;
-    std::ofstream(path_, std::ios::binary) << *bytes_;
-    SetFileAttributesA(path_.c_str(), attributes_);
+    MoveFileA(aside_.c_str(), path_.c_str());
   }
   SavedFile(const SavedFile&) = delete;
   SavedFile& operator=(const SavedFile&) = delete;
 
  private:
-  std::string path_;
-  DWORD attributes_ = INVALID_FILE_ATTRIBUTES;
-  std::optional<std::string> bytes_;
+  std::string path_, aside_;
 };
 
 }  // namespace vxtest
