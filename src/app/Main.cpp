@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "app/Shell.h"
+#include "icons/FolderIcons.h"
 #include "icons/IconApply.h"
 #include "icons/Refresh.h"
 #include "registry/modCommon.h"
@@ -560,13 +561,7 @@ void Main::lstbxExplorer_Click() {
     SetInfoBar("");
     return;
   }
-  SHFILEINFOA info{};
-  SHGetFileInfoA(path.c_str(), 0, &info, sizeof info, SHGFI_ICONLOCATION);
-  const std::string file = StripNull(std::string(info.szDisplayName, sizeof info.szDisplayName));
-  if (UpperAscii(file) == UpperAscii(env_.systemFolder + "\\shell32.dll"))
-    SetInfoBar("Windows Default Icon");
-  else
-    SetInfoBar(file + "," + std::to_string(info.iIcon));
+  SetInfoBar(FolderIconInfo(path, env_.systemFolder));
 }
 
 // --- EditHost ------------------------------------------------------------------------------------------
