@@ -534,8 +534,16 @@ void Main::EndContextHelp(POINT pt, bool show) {
   ReleaseCapture();
   SetCursor(LoadCursorA(nullptr, IDC_ARROW));
   if (!show) return;
-  HWND target = WindowFromPoint(pt);
-  // Walk up to the first window that is one of ours with a topic (list surfaces sit inside their list).
+  // Down to the deepest visible control under the point, disabled ones included (WindowFromPoint
+  // would pass over a disabled button, and its help is wanted all the same).
+  HWND target = hwnd();
+  for (;;) {
+    POINT local = pt;
+    ScreenToClient(target, &local);
+    HWND child = ChildWindowFromPointEx(target, local, CWP_SKIPINVISIBLE | CWP_SKIPTRANSPARENT);
+    if (!child || child == target) break;
+    target = child;
+  }
   for (HWND w = target; w && w != hwnd(); w = GetParent(w)) {
     if (unsigned topic = HelpTopicOf(GetDlgCtrlID(w))) {
       ui::GetSeam().OpenHelp(hwnd(), ui::AppHelpFile(), HELP_CONTEXTPOPUP, std::to_string(topic));
