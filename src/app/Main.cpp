@@ -502,7 +502,11 @@ void Main::OnCommand(int id) {
     case IDM_FILE_OPEN: OpenTheme("", false); break;
     case IDM_FILE_SAVE: SaveTheme(); break;
     case IDM_FILE_SAVEAS: SaveThemeAs(); break;
-    case IDM_FILE_REBUILD: RebuildIconCache(); break;
+    case IDM_FILE_REBUILD: {
+      ui::MousePointer wait(ui::MousePointer::kHourglass);
+      RebuildIconCache();
+      break;
+    }
     case IDM_FILE_EXIT: PostMessageA(hwnd(), WM_CLOSE, 0, 0); break;
     case IDM_TOOLS_RESTORE_SETTINGS: RestoreAllSettings(); break;
     case IDM_TOOLS_RESTORE_ICONS: RestoreAllIcons(); break;
