@@ -253,7 +253,7 @@ void Main::LayoutPanes() {
   const int sideLeft = paneWidth - inner - kSideButtonWidth;
   const int side[] = {IDC_CHANGE, IDC_DEFAULT, IDC_RENAME};
   for (int i = 0; i < 3; ++i)
-    MoveWindow(control(IDC_PANE) ? GetDlgItem(pane_, side[i]) : nullptr, sideLeft, inner + i * (kButtonHeight + 6),
+    MoveWindow(GetDlgItem(pane_, side[i]), sideLeft, inner + i * (kButtonHeight + 6),
                kSideButtonWidth, kButtonHeight, TRUE);
   const int listWidth = sideLeft - 2 * inner;
   for (auto& list : lists_)
@@ -450,10 +450,9 @@ void Main::ShowPaneOf(int tab) {
     lstbxExplorer_Click();
   } else if (shell) {
     SetInfoBar("");
-  } else if (ui::ListBoxIcons* list = List(tab)) {
+  } else if (List(tab)) {
     EnableWindow(GetDlgItem(pane_, IDC_CHANGE), TRUE);
     lstbxIcons_Click(*this, tab);
-    (void)list;
   }
 }
 
