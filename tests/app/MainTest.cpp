@@ -181,9 +181,10 @@ TEST_F(MainWindow, TabsToolbarAndMenus) {
     const bool separator = (b.fsStyle & BTNS_SEP) != 0;
     EXPECT_EQ(separator, i + 1 == 3 || i + 1 == 6 || i + 1 == 9 || i + 1 == 12 || i + 1 == 16) << i + 1;
   }
-  // The flat style with the sign-extended constant.
+  // The flat style with the constant widened with its sign: the whole high word is set.
   const DWORD style = static_cast<DWORD>(SendMessageA(tb, TB_GETSTYLE, 0, 0));
-  EXPECT_EQ(style & 0x8840u, 0x8840u);
+  EXPECT_EQ(style & 0xFFFF8840u, 0xFFFF8840u);
+  EXPECT_TRUE(IsWindowEnabled(tb));
 
   // Toolbar commands reach the same places as the menus: the web items go to the shell.
   m->OnCommand(IDM_WEB_HOME);
