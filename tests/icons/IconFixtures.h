@@ -1,47 +1,73 @@
 #pragma once
-// Shared by the icon tests: environments per edition, and the registry values the catalogue reads
-// from keys the system owns, saved and cleared for the life of a test.
+// Shared by the icon tests: environments on this machine's folders, the system-owned registry values
+// the catalogue reads (cleared for a test, put back after it), and real icon lists filled by Add_Icons.
 #include <windows.h>
 
+#include <array>
+#include <memory>
 #include <string>
 #include <vector>
 
-#include "SavedValues.h"
 #include "icons/Catalogue.h"
+#include "registry/modRegistry.h"
+#include "support/RegistryScope.h"
 #include "system/Environment.h"
+#include "ui/ListBoxIcons.h"
 #include "ui/win.h"
 
 namespace vxtest {
 
 inline std::string WindowsFolder() {
   char buf[MAX_PATH];
-  UINT n = GetWindowsDirectoryA(buf, MAX_PATH);
-  return std::string(buf, n);
+  return std::string(buf, GetWindowsDirectoryA(buf, MAX_PATH));
 }
-
 inline std::string SystemFolder() {
   char buf[MAX_PATH];
-  UINT n = GetSystemDirectoryA(buf, MAX_PATH);
-  return std::string(buf, n);
+  return std::string(buf, GetSystemDirectoryA(buf, MAX_PATH));
+}
+inline std::string Shell32() { return SystemFolder() + "\\shell32.dll"; }
+
+// Real folders, so shell32.dll counts its icons.
+inline vx::Environment Env(const std::string& edition, const std::string& ie = "Error", bool order = false) {
+  return vx::MakeEnvironment(edition, WindowsFolder(), SystemFolder(), ie, order, ui::ModulePath());
 }
 
-// An environment on this machine's real folders (so shell32.dll counts its icons) for any edition.
-inline vx::Environment Env(const std::string& edition, const std::string& ieVersion = "Error",
-                           bool startMenuOrder = false) {
-  return vx::MakeEnvironment(edition, WindowsFolder(), SystemFolder(), ieVersion, startMenuOrder,
-                             ui::ModulePath());
-}
+// Values on keys the system owns: removed for the test, then put back as they were (with any key the
+// test created removed again).
+class SavedValues {
+ public:
+  using Value = std::pair<std::string, std::string>;  // key path, value name
+  explicit SavedValues(const std::vector<Value>& values) {
+    for (const auto& v : values) {
+      Saved s{v, false, 0, {}, {}};
+      s.existed = ReadRaw(v.first, v.second, s.type, s.bytes);
+      for (std::string path = v.first; !KeyExists(path) && path.find('\\') != std::string::npos;
+           path.resize(path.rfind('\\')))
+        s.createdRoot = path;
+      if (s.existed) modRegistry::DeleteValue(v.first, v.second);
+      saved_.push_back(s);
+    }
+  }
+  ~SavedValues() {
+    for (auto it = saved_.rbegin(); it != saved_.rend(); ++it) {
+      if (!it->createdRoot.empty()) DeleteTree(it->createdRoot);
+      else if (it->existed) WriteRaw(it->value.first, it->value.second, it->type, it->bytes);
+      else modRegistry::DeleteValue(it->value.first, it->value.second);
+    }
+  }
 
-inline const std::vector<std::string> kExtensions = {".bmp", ".ini", ".gif", ".html", ".jpeg", ".mmm",
-                                                     ".mpeg", ".bat", ".mid", ".rtf", ".txt", ".avi",
-                                                     ".wav", ".wri", ".zip"};
-inline const std::vector<std::string> kCursorRoles = {"Arrow",  "Help",   "AppStarting", "Wait",    "Crosshair",
-                                                      "IBeam",  "NWPEN",  "No",          "SizeNS",  "SizeWE",
-                                                      "SizeNWSE", "SizeNESW", "SizeAll", "UpArrow", "Hand"};
+ private:
+  struct Saved {
+    Value value;
+    bool existed;
+    DWORD type;
+    std::string bytes, createdRoot;
+  };
+  std::vector<Saved> saved_;
+};
 
-// Every value of a system-owned key that the catalogue reads: class names and display names, the
-// "\ShellFolder" tests, document classes, the cursor scheme and the shell's icon overrides. All of
-// them start out missing.
+// Every system value the catalogue reads: class and display names, "\ShellFolder" tests, document
+// classes, the cursor scheme, the shell's icon overrides.
 inline std::vector<SavedValues::Value> CatalogueValues() {
   std::vector<SavedValues::Value> v;
   const std::string clsid = "HKEY_CLASSES_ROOT\\CLSID\\", user = "HKEY_CURRENT_USER\\Software\\Classes\\CLSID\\";
@@ -53,15 +79,38 @@ inline std::vector<SavedValues::Value> CatalogueValues() {
   for (const char* id : {"{FBF23B42-E3F0-101B-8488-00AA003E56F8}", "{871C5380-42A0-1069-A2EA-08002B30309D}",
                          "{00020D75-0000-0000-C000-000000000046}", "{85BBD920-42A0-1069-A2E4-08002B30309D}"})
     v.push_back({clsid + id, ""});
-  for (const char* id : {"{1A9BA3A0-143A-11CF-8350-444553540000}", "{FF393560-C2A7-11CF-BFF4-444553540000}",
-                         "{D6277990-4C6A-11CF-8D87-00AA0060F5BF}"})
+  for (const char* id : {"{FF393560-C2A7-11CF-BFF4-444553540000}", "{D6277990-4C6A-11CF-8D87-00AA0060F5BF}",
+                         "{1A9BA3A0-143A-11CF-8350-444553540000}"})
     v.push_back({clsid + id + "\\ShellFolder", ""});
-  for (const auto& ext : kExtensions) v.push_back({"HKEY_CLASSES_ROOT\\" + ext, ""});
-  for (const auto& role : kCursorRoles) v.push_back({vx::kCursorsKey, role});
-  for (int n : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 15, 18, 19, 20, 21, 22, 23, 24, 25, 27, 28, 29, 34,
-                35, 36, 37, 40, 42, 43, 44})
-    v.push_back({vx::kShellIconsKey, std::to_string(n)});
+  for (const char* ext : {".bmp", ".ini", ".gif", ".html", ".jpeg", ".mmm", ".mpeg", ".bat", ".mid", ".rtf", ".txt",
+                          ".avi", ".wav", ".wri", ".zip"})
+    v.push_back({std::string("HKEY_CLASSES_ROOT\\") + ext, ""});
+  for (const char* role : {"Arrow", "Help", "AppStarting", "Wait", "Crosshair", "IBeam", "NWPEN", "No", "SizeNS",
+                           "SizeWE", "SizeNWSE", "SizeNESW", "SizeAll", "UpArrow", "Hand"})
+    v.push_back({vx::kCursorsKey, role});
+  for (int n = 0; n <= 44; ++n) v.push_back({vx::kShellIconsKey, std::to_string(n)});
   return v;
 }
+
+// The icon lists of a hidden window, filled by Add_Icons as the main window fills them.
+struct RealLists {
+  explicit RealLists(const vx::Environment& env) {
+    window.Create("VxIconTestHost", 0, WS_OVERLAPPEDWINDOW, "", 0, 0, 400, 600, nullptr, nullptr);
+    for (int t : {2, 3, 4, 5, 6, 7, 9}) {
+      owned[t] = std::make_unique<ui::ListBoxIcons>();
+      owned[t]->Create(window.hwnd(), 100 + t, 0, 0, 300, 500);
+      lists[t] = owned[t].get();
+    }
+    catalogue = vx::Add_Icons(env, lists);
+  }
+  ~RealLists() {
+    for (auto& l : owned) l.reset();
+    window.Destroy();
+  }
+  ui::Window window;
+  std::array<std::unique_ptr<ui::ListBoxIcons>, 10> owned;
+  vx::IconLists lists{};
+  std::vector<vx::IconItem> catalogue;
+};
 
 }  // namespace vxtest
