@@ -152,14 +152,6 @@ TEST_F(IconApplyPlan, EachEditionWritesOnlyItsOwnRows) {
     for (const auto& line : Describe(BuildIconApplyPlan(env, f.catalogue, f.lists, {}))) all += line + "\n";
     EXPECT_EQ(all.find(c.line) != std::string::npos, c.written) << c.code << " " << c.ie << " " << c.line;
   }
-  // The thumbnail writes only come from a settings tree filled in a run that is not "/a".
-  IconApplyOptions o;
-  o.bitmapThumbnail = true;
-  EXPECT_TRUE(BitmapThumbnailSteps(o).empty());
-  o.settingsTreeBuilt = o.autoApplyMode = true;
-  EXPECT_TRUE(BitmapThumbnailSteps(o).empty());
-  o.autoApplyMode = false;
-  EXPECT_EQ(BitmapThumbnailSteps(o).size(), 3u);
 }
 
 TEST_F(IconApplyPlan, RecycleBinDefaultFollowsWhatTheBinShowsNow) {
@@ -203,18 +195,12 @@ TEST(IconApplyExecute, WritesTheRegistryAndUndoPutsEverythingBack) {
   Execute(undo.plan);
   EXPECT_EQ(snapshot(), before);
   EXPECT_FALSE(vxtest::KeyExists("HKEY_CLASSES_ROOT\\VexillorTest.Text"));
-  // A deleted key comes back empty only, and the record says so.
-  modRegistry::SaveString(kTestKey + "\\Old", "v", "1");
-  const UndoRecord partial = Execute({DeleteKey(kTestKey, "Old")});
-  EXPECT_FALSE(partial.exact);
-  Execute(partial.plan);
-  EXPECT_TRUE(vxtest::KeyExists(kTestKey + "\\Old"));
 }
 
 // From real lists: keys no list holds read as empty (never ",0"), and with no cursor scheme every
 // pointer is the Windows default, an empty value.
 TEST(IconApplyLists, RealListsFilledByAdd_Icons) {
-  vxtest::SavedValues saved(vxtest::CatalogueValues());
+  vxtest::CatalogueRegistry saved;
   const Environment env = vxtest::Env("WinNT");
   vxtest::RealLists real(env);
   const auto lines = Describe(BuildIconApplyPlan(env, real.catalogue, real.lists, {}));
@@ -240,16 +226,13 @@ LRESULT CALLBACK Watcher(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) noex
 class Rebuild : public ::testing::Test {
  protected:
   Rebuild() {
-    WNDCLASSA wc{};
-    wc.lpfnWndProc = Watcher;
-    wc.hInstance = GetModuleHandleA(nullptr);
-    wc.lpszClassName = "VexillorTestSettingWatcher";
+    WNDCLASSA wc{0, Watcher, 0, 0, GetModuleHandleA(nullptr), nullptr, nullptr, nullptr, nullptr, "VxTestWatcher"};
     RegisterClassA(&wc);
     window = CreateWindowExA(0, wc.lpszClassName, "", WS_OVERLAPPED, 0, 0, 9, 9, nullptr, nullptr, wc.hInstance, nullptr);
   }
   ~Rebuild() override { DestroyWindow(window); }
-  vxtest::SavedValues size{{{kWindowMetricsKey, "Shell Icon Size"}}};
-  vxtest::RegistryScope scope{{vxtest::kProgramKey, kTestKey, SI, CUR}};
+  vxtest::KeySnapshot metrics{{kWindowMetricsKey}};
+  vxtest::RegistryScope scope{{vxtest::kProgramKey}};
   vxtest::ScriptedSeam seam;
   vxtest::SeamScope seamScope{seam};
   HWND window = nullptr;

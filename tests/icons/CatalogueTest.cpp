@@ -26,7 +26,7 @@ std::string DefaultOf(const std::vector<IconItem>& items, int tab, const std::st
 
 class Catalogue : public ::testing::Test {
  protected:
-  vxtest::SavedValues saved{vxtest::CatalogueValues()};
+  vxtest::CatalogueRegistry saved;
   vxtest::RegistryScope classes{{"HKEY_CLASSES_ROOT\\vxtest.txt"}};
   const std::string sys = vxtest::SystemFolder(), shell = vxtest::Shell32();
   const std::string user = "HKEY_CURRENT_USER\\Software\\Classes\\CLSID\\";

@@ -10,6 +10,7 @@
 
 #include "icons/Catalogue.h"
 #include "registry/modRegistry.h"
+#include "support/KeySnapshot.h"
 #include "support/RegistryScope.h"
 #include "system/Environment.h"
 #include "ui/ListBoxIcons.h"
@@ -32,65 +33,39 @@ inline vx::Environment Env(const std::string& edition, const std::string& ie = "
   return vx::MakeEnvironment(edition, WindowsFolder(), SystemFolder(), ie, order, ui::ModulePath());
 }
 
-// Values on keys the system owns: removed for the test, then put back as they were (with any key the
-// test created removed again).
-class SavedValues {
+// The system-owned keys the catalogue reads, saved whole and put back after the test. What the
+// catalogue reads there starts out missing: class and display names, "\ShellFolder", document
+// classes, the cursor scheme and the shell's icon overrides.
+class CatalogueRegistry {
  public:
-  using Value = std::pair<std::string, std::string>;  // key path, value name
-  explicit SavedValues(const std::vector<Value>& values) {
-    for (const auto& v : values) {
-      Saved s{v, false, 0, {}, {}};
-      s.existed = ReadRaw(v.first, v.second, s.type, s.bytes);
-      for (std::string path = v.first; !KeyExists(path) && path.find('\\') != std::string::npos;
-           path.resize(path.rfind('\\')))
-        s.createdRoot = path;
-      if (s.existed) modRegistry::DeleteValue(v.first, v.second);
-      saved_.push_back(s);
-    }
-  }
-  ~SavedValues() {
-    for (auto it = saved_.rbegin(); it != saved_.rend(); ++it) {
-      if (!it->createdRoot.empty()) DeleteTree(it->createdRoot);
-      else if (it->existed) WriteRaw(it->value.first, it->value.second, it->type, it->bytes);
-      else modRegistry::DeleteValue(it->value.first, it->value.second);
+  CatalogueRegistry() : snapshot_(Keys()) {
+    for (const std::string& k : Keys()) {
+      if (k == vx::kCursorsKey || k == vx::kShellIconsKey) DeleteTree(k);
+      modRegistry::DeleteValue(k, "");
+      modRegistry::DeleteValue(k + "\\ShellFolder", "");
     }
   }
 
  private:
-  struct Saved {
-    Value value;
-    bool existed;
-    DWORD type;
-    std::string bytes, createdRoot;
-  };
-  std::vector<Saved> saved_;
-};
-
-// Every system value the catalogue reads: class and display names, "\ShellFolder" tests, document
-// classes, the cursor scheme, the shell's icon overrides.
-inline std::vector<SavedValues::Value> CatalogueValues() {
-  std::vector<SavedValues::Value> v;
-  const std::string clsid = "HKEY_CLASSES_ROOT\\CLSID\\", user = "HKEY_CURRENT_USER\\Software\\Classes\\CLSID\\";
-  for (const char* id : {"{20D04FE0-3AEA-1069-A2D8-08002B30309D}", "{450D8FBA-AD25-11D0-98A8-0800361B1103}",
-                         "{208D2C60-3AEA-1069-A2D7-08002B30309D}", "{645FF040-5081-101B-9F08-00AA002F954E}"}) {
-    v.push_back({clsid + id, ""});
-    v.push_back({user + id, ""});
+  static std::vector<std::string> Keys() {
+    std::vector<std::string> keys = {vx::kCursorsKey, vx::kShellIconsKey};
+    for (const char* id : {"{20D04FE0-3AEA-1069-A2D8-08002B30309D}", "{450D8FBA-AD25-11D0-98A8-0800361B1103}",
+                           "{208D2C60-3AEA-1069-A2D7-08002B30309D}", "{645FF040-5081-101B-9F08-00AA002F954E}"})
+      keys.push_back(std::string("HKEY_CURRENT_USER\\Software\\Classes\\CLSID\\") + id);
+    for (const char* id : {"{20D04FE0-3AEA-1069-A2D8-08002B30309D}", "{450D8FBA-AD25-11D0-98A8-0800361B1103}",
+                           "{208D2C60-3AEA-1069-A2D7-08002B30309D}", "{645FF040-5081-101B-9F08-00AA002F954E}",
+                           "{FBF23B42-E3F0-101B-8488-00AA003E56F8}", "{871C5380-42A0-1069-A2EA-08002B30309D}",
+                           "{00020D75-0000-0000-C000-000000000046}", "{85BBD920-42A0-1069-A2E4-08002B30309D}",
+                           "{FF393560-C2A7-11CF-BFF4-444553540000}", "{D6277990-4C6A-11CF-8D87-00AA0060F5BF}",
+                           "{1A9BA3A0-143A-11CF-8350-444553540000}"})  // the last three: "\ShellFolder" tests
+      keys.push_back(std::string("HKEY_CLASSES_ROOT\\CLSID\\") + id);
+    for (const char* ext : {".bmp", ".ini", ".gif", ".html", ".jpeg", ".mmm", ".mpeg", ".bat", ".mid", ".rtf",
+                            ".txt", ".avi", ".wav", ".wri", ".zip"})
+      keys.push_back(std::string("HKEY_CLASSES_ROOT\\") + ext);
+    return keys;
   }
-  for (const char* id : {"{FBF23B42-E3F0-101B-8488-00AA003E56F8}", "{871C5380-42A0-1069-A2EA-08002B30309D}",
-                         "{00020D75-0000-0000-C000-000000000046}", "{85BBD920-42A0-1069-A2E4-08002B30309D}"})
-    v.push_back({clsid + id, ""});
-  for (const char* id : {"{FF393560-C2A7-11CF-BFF4-444553540000}", "{D6277990-4C6A-11CF-8D87-00AA0060F5BF}",
-                         "{1A9BA3A0-143A-11CF-8350-444553540000}"})
-    v.push_back({clsid + id + "\\ShellFolder", ""});
-  for (const char* ext : {".bmp", ".ini", ".gif", ".html", ".jpeg", ".mmm", ".mpeg", ".bat", ".mid", ".rtf", ".txt",
-                          ".avi", ".wav", ".wri", ".zip"})
-    v.push_back({std::string("HKEY_CLASSES_ROOT\\") + ext, ""});
-  for (const char* role : {"Arrow", "Help", "AppStarting", "Wait", "Crosshair", "IBeam", "NWPEN", "No", "SizeNS",
-                           "SizeWE", "SizeNWSE", "SizeNESW", "SizeAll", "UpArrow", "Hand"})
-    v.push_back({vx::kCursorsKey, role});
-  for (int n = 0; n <= 44; ++n) v.push_back({vx::kShellIconsKey, std::to_string(n)});
-  return v;
-}
+  KeySnapshot snapshot_;
+};
 
 // The icon lists of a hidden window, filled by Add_Icons as the main window fills them.
 struct RealLists {
