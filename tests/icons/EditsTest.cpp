@@ -2,22 +2,29 @@
 // dialog, through a host that records what the main window would show.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <optional>
 
 #include "IconFixtures.h"
+#include "icons/IconApply.h"
 #include "icons/IconEdits.h"
 #include "support/ScriptedSeam.h"
 
 namespace {
 
-class FakeHost : public vx::EditHost {
- public:
-  explicit FakeHost(vx::Environment e) : env(std::move(e)), real(env) {}
-  HWND Owner() override { return real.window.hwnd(); }
+// The fixture is the main window for the commands: real lists, and a record of what it would show.
+class Edits : public ::testing::Test, public vx::EditHost {
+ protected:
+  Edits() {
+    modRegistry::SaveString("HKEY_CLASSES_ROOT\\.zip", "", "vxtest.zip");  // lists "Zip File"
+    modRegistry::SaveString(vx::kShellIconsKey, "8", shell + ",9");
+    real = std::make_unique<vxtest::RealLists>(env);
+  }
+  HWND Owner() override { return real->window.hwnd(); }
   const vx::Environment& Env() override { return env; }
-  const std::vector<vx::IconItem>& Catalogue() override { return real.catalogue; }
+  const std::vector<vx::IconItem>& Catalogue() override { return real->catalogue; }
   int CurrentTab() override { return tab; }
-  ui::ListBoxIcons* List(int t) override { return t >= 0 && t < 10 ? real.lists[t] : nullptr; }
+  ui::ListBoxIcons* List(int t) override { return t >= 0 && t < 10 ? real->lists[t] : nullptr; }
   std::string InfoBar() override { return info; }
   void SetInfoBar(const std::string& text) override { info = text; }
   void EnableDefault(bool on) override { defaultOn = on; }
@@ -36,32 +43,21 @@ class FakeHost : public vx::EditHost {
   }
   std::string At(int t, const std::string& key) { return List(t)->ItemFullPath(key); }
 
-  vx::Environment env;
-  vxtest::RealLists real;
+  vxtest::CatalogueRegistry saved;
+  vxtest::ScriptedSeam seam;
+  vxtest::SeamScope seamScope{seam};
+  const std::string shell = vxtest::Shell32();
+  const vx::Environment env = vxtest::Env("Win98", "4.72.3110.0", true);
+  std::unique_ptr<vxtest::RealLists> real;
   int tab = vx::kTabDesktop;
   std::string info;
   std::optional<bool> defaultOn, renameOn;
   bool applyOn = false, pending = false;
 };
 
-class Edits : public ::testing::Test {
- protected:
-  Edits() {
-    modRegistry::SaveString("HKEY_CLASSES_ROOT\\.zip", "", "vxtest.zip");  // lists "Zip File"
-    modRegistry::SaveString(vx::kShellIconsKey, "8", shell + ",9");
-    host = std::make_unique<FakeHost>(vxtest::Env("Win98", "4.72.3110.0", true));
-  }
-  vxtest::CatalogueRegistry saved;
-  vxtest::ScriptedSeam seam;
-  vxtest::SeamScope seamScope{seam};
-  const std::string shell = vxtest::Shell32();
-  std::unique_ptr<FakeHost> host;
-};
-
 TEST_F(Edits, SelectionShowsTheLocationAndSetsTheButtons) {
-  FakeHost& h = *host;
-  EXPECT_EQ(h.At(vx::kTabDrives, "Hard Drive"), shell + ",9");  // with the stored override
-  h.List(vx::kTabPointers)->Change("Move", "C:\\vxtest\\move.cur", 0);
+  EXPECT_EQ(At(vx::kTabDrives, "Hard Drive"), shell + ",9");  // with the stored override
+  List(vx::kTabPointers)->Change("Move", "C:\\vxtest\\move.cur", 0);
   const std::optional<bool> same;
   struct { int tab; const char* key; std::string info; std::optional<bool> defaultOn, renameOn; } cases[] = {
       {vx::kTabDesktop, "Recycle Bin (full)", "", same, true},
@@ -71,45 +67,43 @@ TEST_F(Edits, SelectionShowsTheLocationAndSetsTheButtons) {
       {vx::kTabPointers, "Move", "C:\\vxtest\\move.cur", true, false},
   };
   for (const auto& c : cases) {
-    h.defaultOn.reset();
-    h.renameOn.reset();
-    h.Select(c.tab, c.key);
-    EXPECT_EQ(h.info, c.info.empty() ? h.At(c.tab, c.key) : c.info) << c.key;
-    EXPECT_EQ(h.defaultOn, c.defaultOn) << c.key;
-    EXPECT_EQ(h.renameOn, c.renameOn) << c.key;
+    defaultOn.reset();
+    renameOn.reset();
+    Select(c.tab, c.key);
+    EXPECT_EQ(info, c.info.empty() ? At(c.tab, c.key) : c.info) << c.key;
+    EXPECT_EQ(defaultOn, c.defaultOn) << c.key;
+    EXPECT_EQ(renameOn, c.renameOn) << c.key;
   }
   // Only paging and arrow keys (33, 34, 38, 40) run the selection handler.
   for (int code : {33, 34, 38, 40, 13, 37}) {
-    h.info = "-";
-    vx::lstbxIcons_KeyDown(h, vx::kTabPointers, code, 0);
-    EXPECT_EQ(h.info, code == 13 || code == 37 ? "-" : "C:\\vxtest\\move.cur") << code;
+    info = "-";
+    vx::lstbxIcons_KeyDown(*this, vx::kTabPointers, code, 0);
+    EXPECT_EQ(info, code == 13 || code == 37 ? "-" : "C:\\vxtest\\move.cur") << code;
   }
 }
 
 TEST_F(Edits, ChangeTakesThePickersChoice) {
-  FakeHost& h = *host;
-  h.Select(vx::kTabDrives, "Hard Drive");
+  Select(vx::kTabDrives, "Hard Drive");
   // The location already shown, then a cancelled picker: no edit either time.
   seam.iconChoices = {{true, shell, 9}, {false, "", 0}, {true, shell, 41}};
-  vx::cmdChange_Click(h);
-  vx::cmdChange_Click(h);
+  vx::cmdChange_Click(*this);
+  vx::cmdChange_Click(*this);
   EXPECT_EQ(seam.iconAsks[0].file + "," + std::to_string(seam.iconAsks[0].index), shell + ",9");
-  EXPECT_EQ(h.At(vx::kTabDrives, "Hard Drive"), shell + ",9");
-  EXPECT_FALSE(h.applyOn || h.pending);
-  vx::cmdChange_Click(h);
-  EXPECT_EQ(h.At(vx::kTabDrives, "Hard Drive"), shell + ",41");
-  EXPECT_EQ(h.info, shell + ",41");
-  EXPECT_TRUE(h.applyOn && h.pending);
+  EXPECT_EQ(At(vx::kTabDrives, "Hard Drive"), shell + ",9");
+  EXPECT_FALSE(applyOn || pending);
+  vx::cmdChange_Click(*this);
+  EXPECT_EQ(At(vx::kTabDrives, "Hard Drive"), shell + ",41");
+  EXPECT_EQ(info, shell + ",41");
+  EXPECT_TRUE(applyOn && pending);
   EXPECT_EQ(modRegistry::GetString(vx::kShellIconsKey, "8"), shell + ",9");  // only Apply writes
 
-  h.Select(vx::kTabSystem, "Zip File");  // a double-click is Change too
+  Select(vx::kTabSystem, "Zip File");  // a double-click is Change too
   seam.iconChoices = {{true, shell, 70}};
-  vx::lstbxIcons_DblClick(h, vx::kTabSystem);
-  EXPECT_EQ(h.At(vx::kTabSystem, "Zip File"), shell + ",70");
+  vx::lstbxIcons_DblClick(*this, vx::kTabSystem);
+  EXPECT_EQ(At(vx::kTabSystem, "Zip File"), shell + ",70");
 }
 
 TEST_F(Edits, DefaultIconRestoresTheWindowsDefaultInTheList) {
-  FakeHost& h = *host;
   const std::string sys = vxtest::SystemFolder();
   struct { int tab; const char* key; std::string location; } cases[] = {
       {vx::kTabDesktop, "My Computer", vxtest::WindowsFolder() + "\\explorer.exe,0"},
@@ -119,60 +113,72 @@ TEST_F(Edits, DefaultIconRestoresTheWindowsDefaultInTheList) {
       {vx::kTabSystem, "Zip File", shell + ",5"},  // no default: keeps its icon, no mark
   };
   for (const auto& c : cases) {
-    h.List(c.tab)->Change(c.key, shell, 5);
-    h.Select(c.tab, c.key);
-    vx::cmdDefault_Click(h);
-    EXPECT_EQ(h.At(c.tab, c.key), c.location) << c.key;
-    EXPECT_EQ(h.info, c.location) << c.key;
-    EXPECT_EQ(h.pending && h.applyOn, c.location != shell + ",5") << c.key;
+    List(c.tab)->Change(c.key, shell, 5);
+    Select(c.tab, c.key);
+    vx::cmdDefault_Click(*this);
+    EXPECT_EQ(At(c.tab, c.key), c.location) << c.key;
+    EXPECT_EQ(info, c.location) << c.key;
+    EXPECT_EQ(pending && applyOn, c.location != shell + ",5") << c.key;
   }
 }
 
 TEST_F(Edits, PointersChooseACursorFileAndGoBackToTheDefault) {
-  FakeHost& h = *host;
-  h.Select(vx::kTabPointers, "Busy");
+  Select(vx::kTabPointers, "Busy");
   seam.files = {std::string("C:\\vxtest\\busy.ani"), std::nullopt};
-  vx::cmdChange_Click(h);
-  EXPECT_EQ(h.At(vx::kTabPointers, "Busy"), "C:\\vxtest\\busy.ani,0");
-  EXPECT_TRUE(h.applyOn && !h.pending);
-  vx::cmdChange_Click(h);  // cancelled: keeps the item
-  EXPECT_EQ(h.At(vx::kTabPointers, "Busy"), "C:\\vxtest\\busy.ani,0");
+  vx::cmdChange_Click(*this);
+  EXPECT_EQ(At(vx::kTabPointers, "Busy"), "C:\\vxtest\\busy.ani,0");
+  EXPECT_TRUE(applyOn && !pending);
+  vx::cmdChange_Click(*this);  // cancelled: keeps the item
+  EXPECT_EQ(At(vx::kTabPointers, "Busy"), "C:\\vxtest\\busy.ani,0");
   ASSERT_EQ(seam.fileDialogs.size(), 2u);  // "Windows Default Cursor" names no file; then the shown one
   EXPECT_EQ(seam.fileDialogs[0].initialFile + "|" + seam.fileDialogs[1].initialFile, "|C:\\vxtest\\busy.ani");
 
   for (auto [key, n] : {std::pair{"Busy", 4}, {"Hand", 15}}) {
-    h.List(vx::kTabPointers)->Change(key, "C:\\vxtest\\other.cur", 0);
-    h.Select(vx::kTabPointers, key);
-    vx::cmdDefault_Click(h);
-    EXPECT_EQ(h.At(vx::kTabPointers, key), h.env.exePath + "," + std::to_string(n));
-    EXPECT_EQ(h.info, "Windows Default Cursor");
-    EXPECT_EQ(h.defaultOn, false);
+    List(vx::kTabPointers)->Change(key, "C:\\vxtest\\other.cur", 0);
+    Select(vx::kTabPointers, key);
+    vx::cmdDefault_Click(*this);
+    EXPECT_EQ(At(vx::kTabPointers, key), env.exePath + "," + std::to_string(n));
+    EXPECT_EQ(info, "Windows Default Cursor");
+    EXPECT_EQ(defaultOn, false);
   }
 }
 
 TEST_F(Edits, RenameSetsTheCaptionOnly) {
-  FakeHost& h = *host;
-  ui::ListBoxIcons& desk = *h.List(vx::kTabDesktop);
-  const std::string icon = h.At(vx::kTabDesktop, "Recycle Bin (full)");
-  h.Select(vx::kTabDesktop, "Recycle Bin (full)");
+  ui::ListBoxIcons& desk = *List(vx::kTabDesktop);
+  const std::string icon = At(vx::kTabDesktop, "Recycle Bin (full)");
+  Select(vx::kTabDesktop, "Recycle Bin (full)");
   seam.names = {std::string("Bin"), std::nullopt, std::string("My Computer")};
-  vx::cmdRename_Click(h);
+  vx::cmdRename_Click(*this);
   ASSERT_EQ(seam.nameAsks.size(), 1u);
   EXPECT_EQ(seam.nameAsks[0].label, "Type a new name for Recycle Bin (full)");
   EXPECT_EQ(seam.nameAsks[0].text, "Recycle Bin");
   EXPECT_EQ(desk.ItemCaption("Recycle Bin (empty)") + "|" + desk.ItemCaption("Recycle Bin (full)"),
             "Bin (empty)|Bin (full)");
   EXPECT_EQ(desk.Key(6) + "|" + desk.Key(7), "Recycle Bin (empty)|Recycle Bin (full)");
-  EXPECT_EQ(h.At(vx::kTabDesktop, "Recycle Bin (full)"), icon);
-  EXPECT_TRUE(h.pending && h.applyOn);
+  EXPECT_EQ(At(vx::kTabDesktop, "Recycle Bin (full)"), icon);
+  EXPECT_TRUE(pending && applyOn);
 
-  h.Select(vx::kTabDesktop, "My Computer");
-  vx::cmdRename_Click(h);  // cancelled
-  vx::cmdRename_Click(h);  // unchanged
-  EXPECT_FALSE(h.pending || h.applyOn);
-  h.Select(vx::kTabStart, "Programs");  // not named from a class key: never renamed
-  vx::cmdRename_Click(h);
+  Select(vx::kTabDesktop, "My Computer");
+  vx::cmdRename_Click(*this);  // cancelled
+  vx::cmdRename_Click(*this);  // unchanged
+  EXPECT_FALSE(pending || applyOn);
+  Select(vx::kTabStart, "Programs");  // not named from a class key: never renamed
+  vx::cmdRename_Click(*this);
   EXPECT_EQ(seam.nameAsks.size(), 3u);
+}
+
+// Apply reads the lists as they stand; keys no list holds ("Printer") read as empty, never ",0", and with
+// no cursor scheme every pointer is the Windows default, an empty value.
+TEST_F(Edits, ApplyWritesWhatTheListsHold) {
+  List(vx::kTabDrives)->Change("Hard Drive", shell, 41);
+  const auto lines = vx::Describe(vx::BuildIconApplyPlan(env, real->catalogue, real->lists, {}));
+  auto has = [&](const char* key, const char* value, const std::string& text) {
+    return std::count(lines.begin(), lines.end(), vx::Describe(vx::SetString(key, value, text))) == 1;
+  };
+  EXPECT_TRUE(has(vx::kShellIconsKey, "8", shell + ",41"));
+  EXPECT_TRUE(has(vx::kShellIconsKey, "16", ""));
+  EXPECT_TRUE(has(vx::kCursorsKey, "Wait", ""));
+  for (const auto& line : lines) EXPECT_EQ(line.find("= \",0\""), std::string::npos) << line;
 }
 
 }  // namespace
