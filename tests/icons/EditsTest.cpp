@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 
 #include "IconFixtures.h"
@@ -67,8 +68,7 @@ TEST_F(Edits, SelectionShowsTheLocationAndSetsTheButtons) {
       {vx::kTabPointers, "Move", "C:\\vxtest\\move.cur", true, false},
   };
   for (const auto& c : cases) {
-    defaultOn.reset();
-    renameOn.reset();
+    defaultOn = renameOn = std::nullopt;
     Select(c.tab, c.key);
     EXPECT_EQ(info, c.info.empty() ? At(c.tab, c.key) : c.info) << c.key;
     EXPECT_EQ(defaultOn, c.defaultOn) << c.key;

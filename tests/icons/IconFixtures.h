@@ -4,7 +4,6 @@
 #include <windows.h>
 
 #include <array>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -71,18 +70,13 @@ struct RealLists {
   explicit RealLists(const vx::Environment& env) {
     window.Create("VxIconTestHost", 0, WS_OVERLAPPEDWINDOW, "", 0, 0, 400, 600, nullptr, nullptr);
     for (int t : {2, 3, 4, 5, 6, 7, 9}) {
-      owned[t] = std::make_unique<ui::ListBoxIcons>();
-      owned[t]->Create(window.hwnd(), 100 + t, 0, 0, 300, 500);
-      lists[t] = owned[t].get();
+      owned[t].Create(window.hwnd(), 100 + t, 0, 0, 300, 500);
+      lists[t] = &owned[t];
     }
     catalogue = vx::Add_Icons(env, lists);
   }
-  ~RealLists() {
-    for (auto& l : owned) l.reset();
-    window.Destroy();
-  }
   ui::Window window;
-  std::array<std::unique_ptr<ui::ListBoxIcons>, 10> owned;
+  std::array<ui::ListBoxIcons, 10> owned;  // destroyed before their window
   vx::IconLists lists{};
   std::vector<vx::IconItem> catalogue;
 };
