@@ -215,7 +215,7 @@ class Rebuild : public ::testing::Test {
 
 TEST_F(Rebuild, BumpsTheIconSizeBetweenTwoBroadcasts) {
   const struct { const char *stored, *bumped, *after; } cases[] = {  // stored nullptr: no value
-      {"32", "33", "32"}, {nullptr, "33", "32"}, {"48", "49", "48"}};
+      {"32", "33", "32"}, {nullptr, "33", "32"}, {"", "33", "32"}, {"48", "49", "48"}};
   for (const auto& c : cases) {
     if (c.stored) modRegistry::SaveString(kWindowMetricsKey, "Shell Icon Size", c.stored);
     else modRegistry::DeleteValue(kWindowMetricsKey, "Shell Icon Size");
@@ -228,7 +228,7 @@ TEST_F(Rebuild, BumpsTheIconSizeBetweenTwoBroadcasts) {
     EXPECT_EQ(refreshed, 1);
     EXPECT_FALSE(pending);
   }
-  EXPECT_EQ(seam.prompts.size(), 3u);  // the notice after each rebuild
+  EXPECT_EQ(seam.prompts.size(), 4u);  // the notice after each rebuild
 }
 
 TEST_F(Rebuild, NoticeRemembersDoNotShowAgain) {
