@@ -11,14 +11,8 @@ rounds=${1:-}
 . "$root/scripts/xvfb.sh"
 export WINEPREFIX="$build/wine-bench"
 "$root/scripts/make-prefix.sh" "$WINEPREFIX"
-start_xvfb
-wineserver -p
-cleanup() {
-  wineserver -k 2>/dev/null || true
-  wineserver -w 2>/dev/null || true
-  stop_xvfb
-}
-trap 'cleanup >/dev/null 2>&1' EXIT
+start_session
+trap 'stop_session >/dev/null 2>&1' EXIT
 win() { "$WINE_BIN" winepath -w "$1" 2>/dev/null; }
 rc=0
 for exe in "$build"/bench/*_bench.exe; do

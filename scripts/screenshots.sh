@@ -11,8 +11,7 @@ out=${1:-$build/shots}
 export WINEPREFIX="$build/wine-shots"
 "$root/scripts/make-prefix.sh" "$WINEPREFIX" desktop
 mkdir -p "$out"
-start_xvfb
-wineserver -p
+start_session
 reg() { "$WINE_BIN" reg "$@" >/dev/null 2>&1; }
 for edition in win98 win95; do
   reg add 'HKCU\Software\Wine\AppDefaults\vexillor.exe' /v Version /d "$edition" /f
@@ -28,6 +27,5 @@ for edition in win98 win95; do
     wineserver -p
   done
 done
-wineserver -k 2>/dev/null || true; wineserver -w 2>/dev/null || true
-stop_xvfb
+stop_session
 echo "Screenshots in $out"

@@ -9,17 +9,11 @@ build=${VX_BUILD:-$root/build}
 . "$root/scripts/xvfb.sh"
 export WINEPREFIX="$build/wine-test"
 "$root/scripts/make-prefix.sh" "$WINEPREFIX" desktop
-start_xvfb
-wineserver -p
-cleanup() {
-  wineserver -k 2>/dev/null || true
-  wineserver -w 2>/dev/null || true
-  stop_xvfb
-}
+start_session
 set +e
 out=$(mktemp)
 (cd "$build" && ctest --output-on-failure "$@") >"$out" 2>&1
 rc=$?
-cleanup >/dev/null 2>&1
+stop_session >/dev/null 2>&1
 cat "$out"; rm -f "$out"
 exit $rc

@@ -12,3 +12,14 @@ stop_xvfb() {
   [ -n "${XVFB_PID:-}" ] && kill "$XVFB_PID" 2>/dev/null && wait "$XVFB_PID" 2>/dev/null
   XVFB_PID=
 }
+# A test or benchmark session: the X server and a wineserver kept alive for the whole run, so each
+# program starts warm; stop_session ends the wineserver before the X server it draws on.
+start_session() {
+  start_xvfb || return 1
+  wineserver -p
+}
+stop_session() {
+  wineserver -k 2>/dev/null || true
+  wineserver -w 2>/dev/null || true
+  stop_xvfb
+}

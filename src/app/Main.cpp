@@ -216,7 +216,7 @@ void Main::CreateControls() {
   button(hwnd(), "OK", IDOK, BS_DEFPUSHBUTTON);
   button(hwnd(), "Cancel", IDCANCEL);
   button(hwnd(), "&Apply", IDC_APPLY);
-  button(hwnd(), "&Help", IDC_HELPBTN);
+  button(hwnd(), "Help", IDC_HELPBTN);  // Alt+H belongs to the Help menu
   EnableWindow(control(IDC_APPLY), FALSE);
   LayoutPanes();
 }

@@ -11,7 +11,7 @@ constexpr const char* kIeKey = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Interne
 constexpr const char* kStartMenuOrderKey =
     "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\MenuOrder\\Start Menu\\Menu";
 
-std::string Folder(UINT (*get)(LPSTR, UINT)) {
+std::string Folder(UINT(WINAPI* get)(LPSTR, UINT)) {
   char buf[260];
   UINT n = get(buf, sizeof buf);
   if (n >= sizeof buf) n = 0;

@@ -549,7 +549,7 @@ struct ListBoxIcons::Impl {
   }
 
   bool Create(HWND parent, int id, int x, int y, int w, int h) {
-    if (!container.Create(kContainerClass, WS_EX_CLIENTEDGE, WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, "", x, y,
+    if (!container.Create(kContainerClass, WS_EX_CLIENTEDGE | WS_EX_CONTROLPARENT, WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, "", x, y,
                           w, h, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), CS_DBLCLKS,
                           reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1)))
       return false;
@@ -561,7 +561,7 @@ struct ListBoxIcons::Impl {
                              nullptr);
     surfW = std::max(1, w - scrollWidth - kListOverlap);
     ResizeBuffer(surfW, surfH);
-    if (!surface.Create(kSurfaceClass, 0, WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS, "", 0, 0, surfW, surfH,
+    if (!surface.Create(kSurfaceClass, 0, WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_TABSTOP, "", 0, 0, surfW, surfH,
                         container.hwnd(), nullptr, CS_DBLCLKS, nullptr))
       return false;
     // The scroll bar stays above the one column of lstMain that runs under it.

@@ -10,7 +10,7 @@
 
 namespace {
 
-std::string Folder(UINT (*get)(LPSTR, UINT)) {
+std::string Folder(UINT(WINAPI* get)(LPSTR, UINT)) {
   char buf[MAX_PATH];
   UINT n = get(buf, MAX_PATH);
   return std::string(buf, n);

@@ -208,6 +208,42 @@ TEST_F(MainWindow, TabsToolbarAndMenus) {
   EXPECT_STREQ(text, "Additional &Icon Themes");
 }
 
+TEST_F(MainWindow, TheSplitterSizesTheFolderTreeWithinItsLimits) {
+  auto m = Open();
+  m->SelectTab(vx::kTabExplorer);
+  HWND splitter = GetDlgItem(GetDlgItem(m->hwnd(), IDC_PANE), IDC_SPLITTER);
+  ASSERT_TRUE(IsWindowVisible(splitter));
+  const int tpp = ui::TwipsPerPixelX();
+  auto splitterLeft = [&] {
+    RECT r;
+    GetWindowRect(splitter, &r);
+    MapWindowPoints(nullptr, GetParent(splitter), reinterpret_cast<POINT*>(&r), 2);
+    return r.left;
+  };
+  auto treeRight = [&] {
+    RECT r;
+    GetWindowRect(m->folderTree().hwnd(), &r);
+    MapWindowPoints(nullptr, GetParent(splitter), reinterpret_cast<POINT*>(&r), 2);
+    return r.right;
+  };
+  EXPECT_EQ(m->treeWidthTwips(), 3375);
+  SendMessageA(splitter, WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(2, 10));
+  EXPECT_EQ(m->treeWidthTwips(), 4815);
+  SendMessageA(splitter, WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(2, 10));
+  EXPECT_EQ(m->treeWidthTwips(), 3375);
+  // Dragging 30 pixels to the right widens the tree by as many twips; the bar follows its edge.
+  SendMessageA(splitter, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(2, 10));
+  SendMessageA(splitter, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(30, 10));
+  EXPECT_EQ(m->treeWidthTwips(), 3375 + 30 * tpp);
+  EXPECT_NEAR(splitterLeft(), treeRight() - 50 / tpp, 1);
+  // Past the widest width nothing moves; back past the narrowest the tree stops there.
+  SendMessageA(splitter, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(200, 10));
+  EXPECT_EQ(m->treeWidthTwips(), 3375 + 30 * tpp);
+  SendMessageA(splitter, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(static_cast<WORD>(-200), 10));
+  EXPECT_EQ(m->treeWidthTwips(), 3375);
+  SendMessageA(splitter, WM_LBUTTONUP, 0, MAKELPARAM(2, 10));
+}
+
 TEST_F(MainWindow, ClosingWithPendingChangesAnsweredEachWay) {
   // Cancel keeps the window and the pending changes.
   {

@@ -27,21 +27,6 @@ TEST(PathNames, FileNameAndTitle) {
   EXPECT_EQ(vx::ThemeTitle(""), "Vexillor");
 }
 
-TEST(PathNames, TwipsText) {
-  int t = -1;
-  EXPECT_TRUE(vx::ParseTwips("1800", t));
-  EXPECT_EQ(t, 1800);
-  EXPECT_TRUE(vx::ParseTwips("-45", t));
-  EXPECT_EQ(t, -45);
-  EXPECT_TRUE(vx::ParseTwips("1234.6", t));
-  EXPECT_EQ(t, 1235);
-  t = 7;
-  EXPECT_FALSE(vx::ParseTwips("Error", t));
-  EXPECT_FALSE(vx::ParseTwips("", t));
-  EXPECT_FALSE(vx::ParseTwips("12px", t));
-  EXPECT_EQ(t, 7);
-}
-
 class RecentThemes : public ::testing::Test {
  protected:
   vxtest::RegistryScope scope{{vx::kProgramKey}};

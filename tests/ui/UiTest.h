@@ -1,0 +1,87 @@
+#pragma once
+// Shared scaffolding for the UI tests: a host window, paths, and a driver for real modal dialogs.
+#include <windows.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "ui/win.h"
+
+namespace vxtest {
+
+class HostWindow : public ui::Window {
+ public:
+  explicit HostWindow(int width = 480, int height = 480) {
+    Create("VxUiTestHost", 0, WS_OVERLAPPEDWINDOW | WS_VISIBLE, "UI test", 40, 40, width, height, nullptr, nullptr);
+  }
+};
+
+inline std::string Shell32() {
+  char dir[MAX_PATH];
+  return std::string(dir, GetSystemDirectoryA(dir, MAX_PATH)) + "\\shell32.dll";
+}
+
+// A folder of this process's own under %TEMP% (test runs may overlap).
+inline std::string TempFolder(const char* name) {
+  char buf[MAX_PATH];
+  GetTempPathA(MAX_PATH, buf);
+  std::string path = std::string(buf) + name;
+  path += std::to_string(GetCurrentProcessId());
+  CreateDirectoryA(path.c_str(), nullptr);
+  return path;
+}
+
+// The visible dialog of this thread with that title, or nullptr.
+inline HWND FindThreadDialog(const std::string& title) {
+  HWND h = FindWindowA("#32770", title.c_str());
+  return h && IsWindowVisible(h) && GetWindowThreadProcessId(h, nullptr) == GetCurrentThreadId() ? h : nullptr;
+}
+
+// A key typed into the window that has the focus.
+inline void PostKey(UINT vk) {
+  PostMessageA(GetFocus(), WM_KEYDOWN, vk, 1);
+  PostMessageA(GetFocus(), WM_KEYUP, vk, 0xC0000001);
+}
+
+inline void Click(HWND button) { SendMessageA(button, BM_CLICK, 0, 0); }
+
+// A dialog script: each step runs on a thread-timer tick, so the modal loop has handled what the previous
+// step posted; a dialog still open after the last step is closed and reported, so a test cannot hang.
+using Step = std::function<void(HWND dialog)>;
+struct Script {
+  std::string title;
+  std::vector<Step> steps;
+  size_t next = 0;
+  bool leftOpen = false, busy = false;
+  static Script*& Current() {
+    static Script* current = nullptr;
+    return current;
+  }
+  static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
+    Script* s = Current();
+    HWND dialog = s && !s->busy ? FindThreadDialog(s->title) : nullptr;
+    if (!dialog) return;
+    s->busy = true;
+    if (s->next < s->steps.size()) s->steps[s->next++](dialog);
+    else s->leftOpen = true, EndDialog(dialog, IDCANCEL);
+    s->busy = false;
+  }
+};
+
+// Calls show(), which opens the dialog of that title, and runs every step inside it.
+template <class Show>
+auto RunModal(const std::string& title, std::vector<Step> steps, Show show) {
+  Script script{title, std::move(steps)};
+  Script::Current() = &script;
+  UINT_PTR timer = SetTimer(nullptr, 0, 40, &Script::Tick);
+  auto result = show();
+  KillTimer(nullptr, timer);
+  Script::Current() = nullptr;
+  EXPECT_EQ(script.next, script.steps.size()) << "the dialog closed before every step ran";
+  EXPECT_FALSE(script.leftOpen) << "the dialog had to be closed by the test";
+  return result;
+}
+
+}  // namespace vxtest
