@@ -96,14 +96,16 @@ TEST_F(IconApplyPlan, Win98WithDesktopUpdateWritesEveryItemInOrder) {
       {"{2227A280-3AEA-1069-A2DE-08002B30309D}", "Printers"}, {"{FF393560-C2A7-11CF-BFF4-444553540000}", "Url History"},
       {"{F5175861-2688-11d0-9C5E-00AA00A45957}", "Subscriptions"},
       {"{88C6C381-2E85-11D0-94DE-444553540000}", "ActiveX Cache"},
-      {"{D6277990-4C6A-11CF-8D87-00AA0060F5BF}", "Scheduled Tasks"}, {"{1A9BA3A0-143A-11CF-8350-444553540000}", "Favorites"}};
+      {"{D6277990-4C6A-11CF-8D87-00AA0060F5BF}", "Scheduled Tasks"},
+      {"{1A9BA3A0-143A-11CF-8350-444553540000}", "Favorites"}};
   for (auto [id, item] : folders) e.push_back(Set(CLSID + id + DI, "", at(4, item)));
   for (int i = 0; i < 3; ++i) e.push_back(Set(CLSID + folders[i].first, "", std::string("cap ") + folders[i].second));
   n = 0;  // Drives, then Others
   for (auto [v, k] : {std::pair{"5", "Floppy Drive 5.25"}, {"6", "Floppy Drive 3.5"}, {"8", "Hard Drive"},
                       {"9", "Network Drive (connected)"}, {"10", "Network Drive (offline)"}, {"11", "CD-ROM Drive"},
-                      {"7", "Removable Drive"}, {"12", "RAM Drive"}, {"29", "Shortcut Overlay"}, {"28", "Sharing Overlay"},
-                      {"34", "Desktop"}, {"13", "Entire Network"}, {"18", "Workgroup"}, {"15", "Computer"}, {"40", "Audio CD"}})
+                      {"7", "Removable Drive"}, {"12", "RAM Drive"}, {"29", "Shortcut Overlay"},
+                      {"28", "Sharing Overlay"}, {"34", "Desktop"}, {"13", "Entire Network"}, {"18", "Workgroup"},
+                      {"15", "Computer"}, {"40", "Audio CD"}})
     over(n++ < 8 ? 5 : 6, v, k);
   e.push_back(Set(SI, "16", ""));  // "Printer" is no item of the list
   for (auto [v, k] : {std::pair{"0", "Default Icon"}, {"1", "Default Document"}, {"2", "MS-DOS Application"}})
@@ -200,7 +202,7 @@ class Rebuild : public ::testing::Test {
   Rebuild() {
     WNDCLASSA wc{0, Watcher, 0, 0, GetModuleHandleA(nullptr), nullptr, nullptr, nullptr, nullptr, "VxTestWatcher"};
     RegisterClassA(&wc);
-    window = CreateWindowExA(0, wc.lpszClassName, "", WS_OVERLAPPED, 0, 0, 9, 9, nullptr, nullptr, wc.hInstance, nullptr);
+    window = CreateWindowExA(0, wc.lpszClassName, "", 0, 0, 0, 9, 9, nullptr, nullptr, wc.hInstance, nullptr);
   }
   ~Rebuild() override { DestroyWindow(window); }
   vxtest::KeySnapshot metrics{{kWindowMetricsKey}};

@@ -17,14 +17,8 @@
 
 namespace vxtest {
 
-inline std::string WindowsFolder() {
-  char buf[MAX_PATH];
-  return std::string(buf, GetWindowsDirectoryA(buf, MAX_PATH));
-}
-inline std::string SystemFolder() {
-  char buf[MAX_PATH];
-  return std::string(buf, GetSystemDirectoryA(buf, MAX_PATH));
-}
+inline std::string WindowsFolder() { char b[MAX_PATH]; return std::string(b, GetWindowsDirectoryA(b, MAX_PATH)); }
+inline std::string SystemFolder() { char b[MAX_PATH]; return std::string(b, GetSystemDirectoryA(b, MAX_PATH)); }
 inline std::string Shell32() { return SystemFolder() + "\\shell32.dll"; }
 
 // Real folders, so shell32.dll counts its icons.
@@ -51,8 +45,9 @@ class CatalogueRegistry {
     for (const char* id : {"{20D04FE0-3AEA-1069-A2D8-08002B30309D}", "{450D8FBA-AD25-11D0-98A8-0800361B1103}",
                            "{208D2C60-3AEA-1069-A2D7-08002B30309D}", "{645FF040-5081-101B-9F08-00AA002F954E}"})
       keys.push_back(std::string("HKEY_CURRENT_USER\\Software\\Classes\\CLSID\\") + id);  // Windows 98's copies
-    for (const char* id : {"{20D04FE0-3AEA-1069-A2D8-08002B30309D}", "{450D8FBA-AD25-11D0-98A8-0800361B1103}",
-                           "{208D2C60-3AEA-1069-A2D7-08002B30309D}", "{645FF040-5081-101B-9F08-00AA002F954E}", "{FBF23B42-E3F0-101B-8488-00AA003E56F8}", "{871C5380-42A0-1069-A2EA-08002B30309D}",
+    for (const std::string& key : std::vector<std::string>(keys.begin() + 2, keys.end()))
+      keys.push_back("HKEY_CLASSES_ROOT" + key.substr(key.find("\\CLSID\\")));
+    for (const char* id : {"{FBF23B42-E3F0-101B-8488-00AA003E56F8}", "{871C5380-42A0-1069-A2EA-08002B30309D}",
                            "{00020D75-0000-0000-C000-000000000046}", "{85BBD920-42A0-1069-A2E4-08002B30309D}",
                            "{FF393560-C2A7-11CF-BFF4-444553540000}", "{D6277990-4C6A-11CF-8D87-00AA0060F5BF}",
                            "{1A9BA3A0-143A-11CF-8350-444553540000}"})  // the last three: "\ShellFolder" tests
