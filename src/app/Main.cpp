@@ -501,7 +501,7 @@ void Main::OnCommand(int id) {
     case IDM_FILE_OPEN: OpenTheme("", false); break;
     case IDM_FILE_SAVE: SaveTheme(); break;
     case IDM_FILE_SAVEAS: SaveThemeAs(); break;
-    case IDM_FILE_REBUILD: RebuildIconCache(env_, rebuildCachePending, [this] { RefreshFolderTree(); }); break;
+    case IDM_FILE_REBUILD: RebuildIconCache(); break;
     case IDM_FILE_EXIT: PostMessageA(hwnd(), WM_CLOSE, 0, 0); break;
     case IDM_TOOLS_RESTORE_SETTINGS: RestoreAllSettings(); break;
     case IDM_TOOLS_RESTORE_ICONS: RestoreAllIcons(); break;
@@ -585,6 +585,10 @@ std::string Main::ExplorerPath() { return folderTree_.hwnd() ? folderTree_.Path(
 void Main::RefreshFolderTree() {
   if (folderTree_.hwnd()) folderTree_.Refresh();
 }
+void Main::FocusFolderTree() {
+  if (folderTree_.hwnd()) SetFocus(folderTree_.hwnd());
+}
+void Main::RebuildIconCache() { vx::RebuildIconCache(env_, rebuildCachePending, [this] { RefreshFolderTree(); }); }
 
 // --- messages ---------------------------------------------------------------------------------------
 

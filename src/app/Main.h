@@ -48,7 +48,6 @@ class Main : public ui::Window, public EditHost {
   void SetRecentThemes(const std::string& path);        // the recent-themes routine
   void SetToolbarStyle(bool textBeside);                // the toolbar style routine
   void SelectTab(int tab);                              // selects tab 1..9 as a click would
-  void lstbxExplorer_Click();                           // selection changed in the folder tree
 
   // Commands whose work arrives later (themes, settings, restoring everything); greyed until then.
   void OpenTheme(const std::string& path, bool fromCommandLine);
@@ -94,6 +93,9 @@ class Main : public ui::Window, public EditHost {
   void SetRebuildCachePending() override { rebuildCachePending = true; }
   std::string ExplorerPath() override;
   void RefreshFolderTree() override;
+  void FocusFolderTree() override;
+  void lstbxExplorer_Click() override;  // selection changed in the folder tree
+  void RebuildIconCache() override;     // also the File menu's and the toolbar's command
 
  protected:
   LRESULT HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override;

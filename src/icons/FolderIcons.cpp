@@ -1,11 +1,92 @@
 #include "icons/FolderIcons.h"
 
+#include <utility>
+
+#include "registry/modCommon.h"
+#include "ui/modMsgbox.h"
+
 namespace vx {
+namespace {
 
-// Placeholders only: writing desktop.ini and autorun.inf for the folder tree's selection comes with
-// the Explorer tab's own work. Until then Change and Default Icon there write nothing.
-void ExplorerChange(EditHost&, const std::string&, int16_t) {}
+constexpr const char* kShellClassInfo = ".ShellClassInfo";
+constexpr const char* kAutorun = "AUTORUN";
+constexpr int kOK = 1;  // the restore prompts' buttons: slot 0 "Cancel", slot 1 "OK"
 
-void ExplorerDefault(EditHost&) {}
+ShellFileOperation& FileOperation() {
+  static ShellFileOperation op = [](SHFILEOPSTRUCTA& s) { return SHFileOperationA(&s); };
+  return op;
+}
+
+// Results are not checked anywhere here: a write-protected folder or drive simply keeps its icon, and
+// the info bar, read back from the shell, shows what took effect.
+void ShellRename(HWND owner, const std::string& from, const std::string& to) {
+  // Both names are lists ending in an empty entry.
+  const std::string fromList = from + '\0' + '\0', toList = to + '\0' + '\0';
+  SHFILEOPSTRUCTA op{};
+  op.hwnd = owner;
+  op.wFunc = FO_RENAME;
+  op.pFrom = fromList.c_str();
+  op.pTo = toList.c_str();
+  op.fFlags = FOF_SILENT | FOF_NOCONFIRMATION;
+  FileOperation()(op);
+}
+
+}  // namespace
+
+bool IsCustomised(const std::string& infoBar) { return infoBar.size() >= 3 && infoBar.compare(1, 2, ":\\") == 0; }
+
+bool IsDriveRoot(const std::string& path) { return path.size() == 3; }
+
+ShellFileOperation SetShellFileOperation(ShellFileOperation op) {
+  return std::exchange(FileOperation(), std::move(op));
+}
+
+void ShellFileRefresh(HWND owner, const std::string& folder) {
+  const std::string upper = UpperAscii(folder);
+  const std::string other = upper == folder ? LowerAscii(folder) : upper;
+  ShellRename(owner, folder, other);
+  ShellRename(owner, other, folder);
+}
+
+void ExplorerChange(EditHost& host, const std::string& file, int16_t index) {
+  const std::string path = host.ExplorerPath();
+  if (IsDriveRoot(path)) {
+    const std::string inf = path + kAutorunInf;
+    WritePrivateProfileStringA(kAutorun, "Icon", (file + "," + std::to_string(index)).c_str(), inf.c_str());
+    host.RebuildIconCache();
+    return;
+  }
+  // The shell reads desktop.ini only in a folder with the system attribute.
+  const std::string ini = path + kDesktopIni;
+  WritePrivateProfileStringA(kShellClassInfo, "IconFile", file.c_str(), ini.c_str());
+  WritePrivateProfileStringA(kShellClassInfo, "IconIndex", std::to_string(index).c_str(), ini.c_str());
+  SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_SYSTEM);
+  SetFileAttributesA(ini.c_str(), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE);
+  ShellFileRefresh(host.Owner(), path);
+  host.lstbxExplorer_Click();
+}
+
+void ExplorerDefault(EditHost& host) {
+  if (!IsCustomised(host.InfoBar())) {
+    modMsgbox::NothingToRestore();
+    return;
+  }
+  const std::string path = host.ExplorerPath();
+  if (IsDriveRoot(path)) {
+    // The whole file goes, with anything else it held; the prompt says so.
+    if (modMsgbox::RemoveAutorunInf() == kOK) {
+      DeleteFileA((path + kAutorunInf).c_str());
+      host.RebuildIconCache();
+    }
+  } else if (modMsgbox::RemoveDesktopIni() == kOK) {
+    DeleteFileA((path + kDesktopIni).c_str());
+    // Normal drops read-only, hidden and system as well: the folder is plain again.
+    SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    ShellFileRefresh(host.Owner(), path);
+  }
+  host.lstbxExplorer_Click();
+  host.FocusFolderTree();
+  host.RefreshFolderTree();
+}
 
 }  // namespace vx

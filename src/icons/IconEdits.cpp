@@ -69,9 +69,6 @@ const char* kRecycleFull = "Recycle Bin (full)";
 
 bool IsRecycleBin(const std::string& key) { return key == kRecycleEmpty || key == kRecycleFull; }
 
-// A drive root or folder path ("C:\..."): what the info bar shows for a customised Explorer selection.
-bool ShowsPath(const std::string& info) { return info.size() >= 3 && info.compare(1, 2, ":\\") == 0; }
-
 bool SamePath(const std::string& a, const std::string& b) { return LowerAscii(a) == LowerAscii(b); }
 
 struct Editing {
@@ -178,11 +175,11 @@ void cmdChange_Click(EditHost& host) {
   const std::string info = host.InfoBar();
 
   std::string start = info;
-  if (tab == kTabExplorer && !ShowsPath(info)) {
+  if (tab == kTabExplorer && !IsCustomised(info)) {
     // An uncustomised folder or drive starts from the icon its kind has.
     ui::ListBoxIcons* kinds = nullptr;
     std::string kind;
-    if (host.ExplorerPath().size() == 3) {
+    if (IsDriveRoot(host.ExplorerPath())) {
       kinds = host.List(kTabDrives);
       kind = "Hard Drive";
     } else if (!info.empty()) {

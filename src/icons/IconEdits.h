@@ -34,6 +34,9 @@ class EditHost {
   virtual void SetRebuildCachePending() = 0;
   virtual std::string ExplorerPath() = 0;  // the folder tree's selected path
   virtual void RefreshFolderTree() = 0;
+  virtual void FocusFolderTree() = 0;
+  virtual void lstbxExplorer_Click() = 0;  // shows the folder tree selection's icon in the info bar
+  virtual void RebuildIconCache() = 0;     // at once, with its notice
 };
 
 inline constexpr const char* kDefaultCursorText = "Windows Default Cursor";

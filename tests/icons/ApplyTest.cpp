@@ -132,7 +132,6 @@ TEST_F(IconApplyPlan, EachEditionWritesOnlyItsOwnRows) {
       {"Win95", "Error", false, Set(SI, "43", "3 Favorites"), false},
       {"WinNT", "4.71.1712.6", true, Set(SI, "44", "3 Log Off..."), true},
       {"WinNT", "Error", false, Set(SI, "42", "4 Users Program Group"), true},
-      {"Win95", "Error", false, Set(SI, "42", "4 Users Program Group"), false},
       {"WinNT", "Error", false, "{a4d92740-67cd-11cf-96f2-00aa00a11dd9}\\DefaultIcon\" \"\" = \"4 Dial-Up", true},
       {"WinNT", "Error", false, Set(CUR, "Hand", ""), true},  // "Hand" is not listed off 98
       {"WinNT", "Error", false, "zipfile", false},

@@ -32,8 +32,11 @@ class Edits : public ::testing::Test, public vx::EditHost {
   void EnableRename(bool on) override { renameOn = on; }
   void EnableApply() override { applyOn = true; }
   void SetRebuildCachePending() override { pending = true; }
-  std::string ExplorerPath() override { return ""; }
+  std::string ExplorerPath() override { return explorerPath; }
   void RefreshFolderTree() override {}
+  void FocusFolderTree() override {}
+  void lstbxExplorer_Click() override {}
+  void RebuildIconCache() override {}
 
   // Selects an item as the user would, then forgets every mark.
   void Select(int t, const std::string& key) {
@@ -51,7 +54,7 @@ class Edits : public ::testing::Test, public vx::EditHost {
   const vx::Environment env = vxtest::Env("Win98", "4.72.3110.0", true);
   std::unique_ptr<vxtest::RealLists> real;
   int tab = vx::kTabDesktop;
-  std::string info;
+  std::string info, explorerPath;
   std::optional<bool> defaultOn, renameOn;
   bool applyOn = false, pending = false;
 };
@@ -101,6 +104,27 @@ TEST_F(Edits, ChangeTakesThePickersChoice) {
   seam.iconChoices = {{true, shell, 70}};
   vx::lstbxIcons_DblClick(*this, vx::kTabSystem);
   EXPECT_EQ(At(vx::kTabSystem, "Zip File"), shell + ",70");
+}
+
+TEST_F(Edits, ChangeOnTheExplorerTabStartsFromTheKindsIcon) {
+  const vxtest::SavedFile autorun("C:\\autorun.inf");  // the drive root's choice is written at once
+  List(vx::kTabFolders)->Change("Closed Folder", shell, 4);
+  struct { std::string info, path, start; } cases[] = {
+      {"", "C:\\vxtest", ""},  // nothing selected: no picker
+      {"", "C:\\", shell + ",9"},  // the Hard Drive item's icon
+      {"Windows Default Icon", "C:\\vxtest\\sub", shell + ",4"},  // the Closed Folder item's
+      {"C:\\vxtest\\own.ico,2", "C:\\vxtest", "C:\\vxtest\\own.ico,2"},
+  };
+  for (const auto& c : cases) {
+    tab = vx::kTabExplorer;
+    info = c.info;
+    explorerPath = c.path;
+    seam.iconAsks.clear();
+    seam.iconChoices = {{true, shell, 77}};
+    vx::cmdChange_Click(*this);
+    const auto& asks = seam.iconAsks;
+    EXPECT_EQ(asks.empty() ? "" : asks[0].file + "," + std::to_string(asks[0].index), c.start) << c.path;
+  }
 }
 
 TEST_F(Edits, DefaultIconRestoresTheWindowsDefaultInTheList) {

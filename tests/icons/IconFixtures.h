@@ -76,4 +76,23 @@ struct RealLists {
   std::vector<vx::IconItem> catalogue;
 };
 
+// A file outside the test's own folders (such as C:\autorun.inf) that a test may write: it is moved
+// aside for the life of the scope and then put back, or removed when there was none.
+class SavedFile {
+ public:
+  explicit SavedFile(std::string path) : path_(std::move(path)), aside_(path_ + ".vxtest") {
+    MoveFileExA(path_.c_str(), aside_.c_str(), MOVEFILE_REPLACE_EXISTING);
+  }
+  ~SavedFile() {
+    SetFileAttributesA(path_.c_str(), FILE_ATTRIBUTE_NORMAL);
+    DeleteFileA(path_.c_str());
+    MoveFileA(aside_.c_str(), path_.c_str());
+  }
+  SavedFile(const SavedFile&) = delete;
+  SavedFile& operator=(const SavedFile&) = delete;
+
+ private:
+  std::string path_, aside_;
+};
+
 }  // namespace vxtest

@@ -1,0 +1,223 @@
+// Folder and drive icons on real folders under C:\VXFOLDERS and on the real root C:\, with a scripted
+// picker and prompts, through a host that shows in its info bar what the shell would read from disk.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "IconFixtures.h"
+#include "icons/FolderIcons.h"
+#include "icons/Refresh.h"
+#include "registry/modRegistry.h"
+#include "support/RegistryScope.h"
+#include "support/ScriptedSeam.h"
+
+namespace {
+
+const std::string kBase = "C:\\VXFOLDERS";  // so that one folder's path is all upper case
+const std::string kMixed = kBase + "\\Some Folder", kUpper = kBase + "\\ALL UPPER";
+const std::string kRoot = "C:\\", kMine = "C:\\icons\\mine.dll";
+const std::string kSure = "\n\nAre you sure you want to continue?";
+const std::string kRemoveIni = "Restoring this icon will remove the 'desktop.ini' file from the selected folder." + kSure;
+const std::string kRemoveInf =
+    "Restoring this icon will remove the 'autorun.inf' file from the selected hard drive." + kSure;
+
+std::string Profile(const std::string& file, const char* section, const char* key) {
+  char buf[MAX_PATH] = "";
+  GetPrivateProfileStringA(section, key, "", buf, MAX_PATH, file.c_str());
+  return buf;
+}
+
+// What the shell shows for a path: the root's autorun.inf icon, or a system folder's desktop.ini icon.
+std::string ShellView(const std::string& path) {
+  std::string location;
+  if (path.size() == 3) {
+    location = Profile(path + "autorun.inf", "AUTORUN", "Icon");
+  } else if (GetFileAttributesA(path.c_str()) & FILE_ATTRIBUTE_SYSTEM) {
+    const std::string ini = path + "\\desktop.ini", file = Profile(ini, ".ShellClassInfo", "IconFile");
+    if (!file.empty()) location = file + "," + Profile(ini, ".ShellClassInfo", "IconIndex");
+  }
+  return location.empty() ? "Windows Default Icon" : location;
+}
+
+DWORD Attributes(const std::string& path) { return GetFileAttributesA(path.c_str()); }
+
+// A name list up to its empty entry, "|" between names.
+std::string Names(const char* list) {
+  std::string names;
+  for (const char* p = list; *p; p += strlen(p) + 1) {
+    if (!names.empty()) names += '|';
+    names += p;
+  }
+  return names;
+}
+
+// The main window's Explorer tab, keeping a log of the calls that order matters for.
+class ExplorerHost : public vx::EditHost {
+ public:
+  HWND Owner() override { return nullptr; }
+  const vx::Environment& Env() override { return env; }
+  const std::vector<vx::IconItem>& Catalogue() override { return catalogue; }
+  int CurrentTab() override { return vx::kTabExplorer; }
+  ui::ListBoxIcons* List(int) override { return nullptr; }
+  std::string InfoBar() override { return info; }
+  void SetInfoBar(const std::string& text) override { info = text; }
+  void EnableDefault(bool) override {}
+  void EnableRename(bool) override {}
+  void EnableApply() override { log += "apply "; }
+  void SetRebuildCachePending() override { pending = true; }
+  std::string ExplorerPath() override { return path; }
+  void RefreshFolderTree() override { log += "refresh "; }
+  void FocusFolderTree() override { log += "focus "; }
+  void lstbxExplorer_Click() override {
+    log += "click ";
+    info = ShellView(path);
+  }
+  void RebuildIconCache() override {
+    log += "rebuild ";
+    vx::RebuildIconCache(env, pending, [this] { RefreshFolderTree(); });
+  }
+
+  vx::Environment env = vxtest::Env("Win98");
+  std::vector<vx::IconItem> catalogue;
+  std::string path, info, log;
+  bool pending = false;
+};
+
+class FolderIcons : public ::testing::Test {
+ protected:
+  FolderIcons() {
+    // Under Wine a rename that only changes the letter case is refused, so the calls are what is seen.
+    realOperation = vx::SetShellFileOperation([this](SHFILEOPSTRUCTA& op) {
+      host.log += "rename ";
+      renames.push_back(std::to_string(reinterpret_cast<uintptr_t>(op.hwnd)) + " " + std::to_string(op.wFunc) +
+                        " " + std::to_string(op.fFlags) + ": " + Names(op.pFrom) + " > " + Names(op.pTo));
+      return 0;
+    });
+    savedSize = vxtest::ReadRaw(vx::kWindowMetricsKey, "Shell Icon Size", sizeType, size);
+    for (const auto& dir : {kBase, kMixed, kUpper}) CreateDirectoryA(dir.c_str(), nullptr);
+  }
+  ~FolderIcons() override {
+    vx::SetShellFileOperation(realOperation);
+    if (savedSize) vxtest::WriteRaw(vx::kWindowMetricsKey, "Shell Icon Size", sizeType, size);
+    else modRegistry::DeleteValue(vx::kWindowMetricsKey, "Shell Icon Size");
+    for (const auto& dir : {kMixed, kUpper}) {
+      SetFileAttributesA((dir + "\\desktop.ini").c_str(), FILE_ATTRIBUTE_NORMAL);
+      DeleteFileA((dir + "\\desktop.ini").c_str());
+      SetFileAttributesA(dir.c_str(), FILE_ATTRIBUTE_NORMAL);
+      RemoveDirectoryA(dir.c_str());
+    }
+    RemoveDirectoryA(kBase.c_str());
+  }
+  // Selects path in the tree, chooses file,index in the picker and presses Change.
+  void Change(const std::string& path, const std::string& file, int16_t index) {
+    host.path = path;
+    host.lstbxExplorer_Click();
+    host.log.clear();
+    seam.iconChoices = {{true, file, index}};
+    vx::cmdChange_Click(host);
+  }
+
+  const vxtest::SavedFile autorun{"C:\\autorun.inf"};
+  vxtest::RegistryScope scope{{vxtest::kProgramKey}};
+  vxtest::ScriptedSeam seam;
+  vxtest::SeamScope seamScope{seam};
+  ExplorerHost host;
+  std::vector<std::string> renames;
+  vx::ShellFileOperation realOperation;
+  bool savedSize = false;
+  DWORD sizeType = 0;
+  std::string size;
+};
+
+TEST_F(FolderIcons, ChangeWritesTheFoldersDesktopIniAtOnce) {
+  for (const auto& dir : {kMixed, kUpper}) {
+    Change(dir, kMine, 7);
+    const std::string ini = dir + "\\desktop.ini";
+    EXPECT_EQ(Profile(ini, ".ShellClassInfo", "IconFile"), kMine);
+    EXPECT_EQ(Profile(ini, ".ShellClassInfo", "IconIndex"), "7");
+    EXPECT_EQ(Attributes(dir), static_cast<DWORD>(FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_DIRECTORY));
+    EXPECT_EQ(Attributes(ini), static_cast<DWORD>(FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE));
+    EXPECT_EQ(host.info, kMine + ",7");
+    EXPECT_EQ(host.log, "rename rename click refresh ");  // no Apply, no cache rebuild
+  }
+  EXPECT_TRUE(host.pending);
+  EXPECT_TRUE(seam.prompts.empty());
+}
+
+TEST_F(FolderIcons, ChangeForTheRootWritesAutorunInfAndRebuildsTheCache) {
+  WritePrivateProfileStringA("AUTORUN", "open", "setup.exe", "C:\\autorun.inf");
+  Change(kRoot, kMine, -3);
+  EXPECT_EQ(Profile("C:\\autorun.inf", "AUTORUN", "Icon"), kMine + ",-3");
+  EXPECT_EQ(Profile("C:\\autorun.inf", "AUTORUN", "open"), "setup.exe");  // the rest of the file stays
+  EXPECT_EQ(host.log, "rebuild refresh refresh ");
+  ASSERT_EQ(seam.prompts.size(), 1u);
+  EXPECT_EQ(seam.prompts[0].message.substr(0, 49), "Vexillor has notified Windows 98 of your changes.");
+  EXPECT_FALSE(host.pending);  // the rebuild's notice clears it
+}
+
+TEST_F(FolderIcons, DefaultIconRestoresOnlyWhatTheUserConfirms) {
+  const struct {
+    std::string path, file, prompt;
+    int answer;  // slot 0 Cancel, slot 1 OK
+    std::string log;
+  } cases[] = {
+      {kMixed, kMixed + "\\desktop.ini", kRemoveIni, 0, "click focus refresh "},
+      {kUpper, kUpper + "\\desktop.ini", kRemoveIni, 1, "rename rename click focus refresh "},
+      {kRoot, "C:\\autorun.inf", kRemoveInf, 0, "click focus refresh "},
+      {kRoot, "C:\\autorun.inf", kRemoveInf, 1, "rebuild refresh click focus refresh "},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.path + " answer " + std::to_string(c.answer));
+    Change(c.path, kMine, 2);
+    host.lstbxExplorer_Click();  // a drive's change leaves the info bar as it was
+    ASSERT_EQ(host.info, kMine + ",2");
+    host.log.clear();
+    seam.prompts.clear();
+    seam.promptAnswers = {{c.answer, false}};
+    vx::cmdDefault_Click(host);
+    ASSERT_GE(seam.prompts.size(), 1u);
+    EXPECT_EQ(seam.prompts[0].message, c.prompt);
+    EXPECT_EQ(seam.prompts[0].icon, "32514");
+    EXPECT_EQ(host.info, c.answer ? "Windows Default Icon" : kMine + ",2");
+    EXPECT_EQ(host.log, c.log);
+    EXPECT_EQ(Attributes(c.file) == INVALID_FILE_ATTRIBUTES, c.answer == 1);
+    if (c.path != kRoot) {
+      const DWORD folder = FILE_ATTRIBUTE_DIRECTORY | (c.answer ? 0 : FILE_ATTRIBUTE_SYSTEM);
+      EXPECT_EQ(Attributes(c.path), folder);
+    }
+  }
+}
+
+TEST_F(FolderIcons, DefaultIconOnAnUncustomisedSelectionAsksForACustomisedOne) {
+  for (const auto& path : {kMixed, kRoot}) {
+    host.path = path;
+    host.info = "Windows Default Icon";
+    seam.prompts.clear();
+    vx::cmdDefault_Click(host);
+    ASSERT_EQ(seam.prompts.size(), 1u);
+    EXPECT_EQ(seam.prompts[0].message,
+              "You must select a customised folder or hard drive before it can be restored to the default icon.");
+    EXPECT_EQ(seam.prompts[0].icon, "32516");
+    EXPECT_EQ(host.log, "");  // nothing touched, not even the info bar
+  }
+}
+
+TEST_F(FolderIcons, ShellFileRefreshRenamesToTheOtherCaseAndBack) {
+  const struct { std::string path, other; } cases[] = {
+      {kMixed, "C:\\VXFOLDERS\\SOME FOLDER"},
+      {kUpper, "c:\\vxfolders\\all upper"},
+      {"C:\\VXFOLDERS\\ALL UPPEr", kUpper},
+      {"C:\\123", "c:\\123"},  // nothing to raise counts as all upper case
+  };
+  for (const auto& c : cases) {
+    renames.clear();
+    vx::ShellFileRefresh(reinterpret_cast<HWND>(0x1234), c.path);
+    const std::vector<std::string> expected = {"4660 4 20: " + c.path + " > " + c.other,
+                                               "4660 4 20: " + c.other + " > " + c.path};
+    EXPECT_EQ(renames, expected);
+  }
+}
+
+}  // namespace
