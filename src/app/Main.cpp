@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "app/Shell.h"
+#include "icons/FolderIcons.h"
 #include "icons/IconApply.h"
 #include "icons/Refresh.h"
 #include "registry/modCommon.h"
@@ -501,7 +502,11 @@ void Main::OnCommand(int id) {
     case IDM_FILE_OPEN: OpenTheme("", false); break;
     case IDM_FILE_SAVE: SaveTheme(); break;
     case IDM_FILE_SAVEAS: SaveThemeAs(); break;
-    case IDM_FILE_REBUILD: RebuildIconCache(); break;
+    case IDM_FILE_REBUILD: {
+      ui::MousePointer wait(ui::MousePointer::kHourglass);
+      RebuildIconCache();
+      break;
+    }
     case IDM_FILE_EXIT: PostMessageA(hwnd(), WM_CLOSE, 0, 0); break;
     case IDM_TOOLS_RESTORE_SETTINGS: RestoreAllSettings(); break;
     case IDM_TOOLS_RESTORE_ICONS: RestoreAllIcons(); break;
@@ -533,8 +538,16 @@ void Main::EndContextHelp(POINT pt, bool show) {
   ReleaseCapture();
   SetCursor(LoadCursorA(nullptr, IDC_ARROW));
   if (!show) return;
-  HWND target = WindowFromPoint(pt);
-  // Walk up to the first window that is one of ours with a topic (list surfaces sit inside their list).
+  // Down to the deepest visible control under the point, disabled ones included (WindowFromPoint
+  // would pass over a disabled button, and its help is wanted all the same).
+  HWND target = hwnd();
+  for (;;) {
+    POINT local = pt;
+    ScreenToClient(target, &local);
+    HWND child = ChildWindowFromPointEx(target, local, CWP_SKIPINVISIBLE | CWP_SKIPTRANSPARENT);
+    if (!child || child == target) break;
+    target = child;
+  }
   for (HWND w = target; w && w != hwnd(); w = GetParent(w)) {
     if (unsigned topic = HelpTopicOf(GetDlgCtrlID(w))) {
       ui::GetSeam().OpenHelp(hwnd(), ui::AppHelpFile(), HELP_CONTEXTPOPUP, std::to_string(topic));
@@ -560,13 +573,7 @@ void Main::lstbxExplorer_Click() {
     SetInfoBar("");
     return;
   }
-  SHFILEINFOA info{};
-  SHGetFileInfoA(path.c_str(), 0, &info, sizeof info, SHGFI_ICONLOCATION);
-  const std::string file = StripNull(std::string(info.szDisplayName, sizeof info.szDisplayName));
-  if (UpperAscii(file) == UpperAscii(env_.systemFolder + "\\shell32.dll"))
-    SetInfoBar("Windows Default Icon");
-  else
-    SetInfoBar(file + "," + std::to_string(info.iIcon));
+  SetInfoBar(FolderIconInfo(path, env_.systemFolder));
 }
 
 // --- EditHost ------------------------------------------------------------------------------------------

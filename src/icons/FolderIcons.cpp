@@ -1,5 +1,6 @@
 #include "icons/FolderIcons.h"
 
+#include <cstdlib>
 #include <utility>
 
 #include "registry/modCommon.h"
@@ -87,6 +88,46 @@ void ExplorerDefault(EditHost& host) {
   host.lstbxExplorer_Click();
   host.FocusFolderTree();
   host.RefreshFolderTree();
+}
+
+namespace {
+
+bool UsablePath(const std::string& file) {
+  if (file.size() < 3) return false;
+  for (unsigned char c : file)
+    if (c < 32) return false;
+  return (file[1] == ':' && file[2] == '\\') || file.rfind("\\\\", 0) == 0;
+}
+
+std::string Profile(const std::string& file, const char* section, const char* key) {
+  char buf[MAX_PATH] = {};
+  GetPrivateProfileStringA(section, key, "", buf, sizeof buf, file.c_str());
+  return buf;
+}
+
+}  // namespace
+
+// The icon a folder or drive root declares for itself: the root's autorun.inf, or the desktop.ini of
+// a folder that carries the system attribute (without it the shell does not read the file).
+std::string DeclaredIcon(const std::string& path) {
+  if (IsDriveRoot(path)) return Profile(path + kAutorunInf, "AUTORUN", "Icon");
+  const DWORD attributes = GetFileAttributesA(path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_SYSTEM)) return "";
+  const std::string file = Profile(path + kDesktopIni, ".ShellClassInfo", "IconFile");
+  if (file.empty()) return "";
+  return file + "," + std::to_string(std::atoi(Profile(path + kDesktopIni, ".ShellClassInfo", "IconIndex").c_str()));
+}
+
+std::string FolderIconInfo(const std::string& path, const std::string& systemFolder) {
+  SHFILEINFOA info{};
+  SHGetFileInfoA(path.c_str(), 0, &info, sizeof info, SHGFI_ICONLOCATION);
+  const std::string file = StripNull(std::string(info.szDisplayName, sizeof info.szDisplayName));
+  const bool shellDefault = UpperAscii(file) == UpperAscii(systemFolder + "\\shell32.dll");
+  if (UsablePath(file) && !shellDefault) return file + "," + std::to_string(info.iIcon);
+  // The shell named its own library or no usable file at all. Some shells (Wine's among them) do not
+  // report a folder's or drive's own icon here, so the declaration decides, as it does on Windows.
+  const std::string declared = DeclaredIcon(path);
+  return declared.empty() ? "Windows Default Icon" : declared;
 }
 
 }  // namespace vx

@@ -20,6 +20,12 @@ bool IsCustomised(const std::string& infoBar);
 // A drive root ("C:\") rather than a folder.
 bool IsDriveRoot(const std::string& path);
 
+// What the Explorer tab's info bar shows for a folder or drive root: "Windows Default Icon" when the
+// shell draws it with its own library, else the icon location. Where the shell names no usable file
+// for a folder that declares an icon (some systems report only the index), the declaration itself, the
+// folder's desktop.ini or the root's autorun.inf, is read instead.
+std::string FolderIconInfo(const std::string& path, const std::string& systemFolder);
+
 // Change and Default Icon on the Explorer tab: the chosen location for the folder tree's selection.
 void ExplorerChange(EditHost& host, const std::string& file, int16_t index);
 void ExplorerDefault(EditHost& host);

@@ -197,6 +197,18 @@ TEST_F(MainWindow, TabsToolbarAndMenus) {
   ASSERT_EQ(seam.opened.size(), 4u);
   EXPECT_NE(seam.opened[3].find("Help.hlp"), std::string::npos);
 
+  // What's This?: the next click shows the help of the control under it, and only that click.
+  m->OnCommand(IDM_HELP_WHATSTHIS);
+  RECT apply;
+  GetWindowRect(GetDlgItem(m->hwnd(), IDC_APPLY), &apply);
+  POINT at{apply.left + 5, apply.top + 5};
+  ScreenToClient(m->hwnd(), &at);
+  SendMessageA(m->hwnd(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(at.x, at.y));
+  SendMessageA(m->hwnd(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(at.x, at.y));
+  ASSERT_EQ(seam.helpCalls.size(), 1u);
+  EXPECT_EQ(seam.helpCalls[0].command, static_cast<unsigned>(HELP_CONTEXTPOPUP));
+  EXPECT_NE(seam.helpCalls[0].keyword, "0");
+
   // Menus: Tools and the Help web sub-menu.
   HMENU bar = GetMenu(m->hwnd());
   char text[64];

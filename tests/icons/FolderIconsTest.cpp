@@ -29,18 +29,6 @@ std::string Profile(const std::string& file, const char* section, const char* ke
   return buf;
 }
 
-// What the shell shows for a path: the root's autorun.inf icon, or a system folder's desktop.ini icon.
-std::string ShellView(const std::string& path) {
-  std::string location;
-  if (path.size() == 3) {
-    location = Profile(path + "autorun.inf", "AUTORUN", "Icon");
-  } else if (GetFileAttributesA(path.c_str()) & FILE_ATTRIBUTE_SYSTEM) {
-    const std::string ini = path + "\\desktop.ini", file = Profile(ini, ".ShellClassInfo", "IconFile");
-    if (!file.empty()) location = file + "," + Profile(ini, ".ShellClassInfo", "IconIndex");
-  }
-  return location.empty() ? "Windows Default Icon" : location;
-}
-
 DWORD Attributes(const std::string& path) { return GetFileAttributesA(path.c_str()); }
 
 // A name list up to its empty entry, "|" between names.
@@ -72,7 +60,7 @@ class ExplorerHost : public vx::EditHost {
   void FocusFolderTree() override { log += "focus "; }
   void lstbxExplorer_Click() override {
     log += "click ";
-    info = ShellView(path);
+    info = vx::FolderIconInfo(path, env.systemFolder);  // what the main window shows
   }
   void RebuildIconCache() override {
     log += "rebuild ";
