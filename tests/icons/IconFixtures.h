@@ -1,68 +1,80 @@
 #pragma once
-// Shared by the icon tests: environments per edition, and the registry values the catalogue reads
-// from keys the system owns, saved and cleared for the life of a test.
+// Shared by the icon tests: environments on this machine's folders, the system-owned registry values
+// the catalogue reads (cleared for a test, put back after it), and real icon lists filled by Add_Icons.
 #include <windows.h>
 
+#include <array>
 #include <string>
 #include <vector>
 
-#include "SavedValues.h"
 #include "icons/Catalogue.h"
+#include "registry/modRegistry.h"
+#include "support/KeySnapshot.h"
+#include "support/RegistryScope.h"
 #include "system/Environment.h"
+#include "ui/ListBoxIcons.h"
 #include "ui/win.h"
 
 namespace vxtest {
 
-inline std::string WindowsFolder() {
-  char buf[MAX_PATH];
-  UINT n = GetWindowsDirectoryA(buf, MAX_PATH);
-  return std::string(buf, n);
+inline std::string WindowsFolder() { char b[MAX_PATH]; return std::string(b, GetWindowsDirectoryA(b, MAX_PATH)); }
+inline std::string SystemFolder() { char b[MAX_PATH]; return std::string(b, GetSystemDirectoryA(b, MAX_PATH)); }
+inline std::string Shell32() { return SystemFolder() + "\\shell32.dll"; }
+
+// Real folders, so shell32.dll counts its icons.
+inline vx::Environment Env(const std::string& edition, const std::string& ie = "Error", bool order = false) {
+  return vx::MakeEnvironment(edition, WindowsFolder(), SystemFolder(), ie, order, ui::ModulePath());
 }
 
-inline std::string SystemFolder() {
-  char buf[MAX_PATH];
-  UINT n = GetSystemDirectoryA(buf, MAX_PATH);
-  return std::string(buf, n);
-}
-
-// An environment on this machine's real folders (so shell32.dll counts its icons) for any edition.
-inline vx::Environment Env(const std::string& edition, const std::string& ieVersion = "Error",
-                           bool startMenuOrder = false) {
-  return vx::MakeEnvironment(edition, WindowsFolder(), SystemFolder(), ieVersion, startMenuOrder,
-                             ui::ModulePath());
-}
-
-inline const std::vector<std::string> kExtensions = {".bmp", ".ini", ".gif", ".html", ".jpeg", ".mmm",
-                                                     ".mpeg", ".bat", ".mid", ".rtf", ".txt", ".avi",
-                                                     ".wav", ".wri", ".zip"};
-inline const std::vector<std::string> kCursorRoles = {"Arrow",  "Help",   "AppStarting", "Wait",    "Crosshair",
-                                                      "IBeam",  "NWPEN",  "No",          "SizeNS",  "SizeWE",
-                                                      "SizeNWSE", "SizeNESW", "SizeAll", "UpArrow", "Hand"};
-
-// Every value of a system-owned key that the catalogue reads: class names and display names, the
-// "\ShellFolder" tests, document classes, the cursor scheme and the shell's icon overrides. All of
-// them start out missing.
-inline std::vector<SavedValues::Value> CatalogueValues() {
-  std::vector<SavedValues::Value> v;
-  const std::string clsid = "HKEY_CLASSES_ROOT\\CLSID\\", user = "HKEY_CURRENT_USER\\Software\\Classes\\CLSID\\";
-  for (const char* id : {"{20D04FE0-3AEA-1069-A2D8-08002B30309D}", "{450D8FBA-AD25-11D0-98A8-0800361B1103}",
-                         "{208D2C60-3AEA-1069-A2D7-08002B30309D}", "{645FF040-5081-101B-9F08-00AA002F954E}"}) {
-    v.push_back({clsid + id, ""});
-    v.push_back({user + id, ""});
+// The system-owned keys the catalogue reads, saved whole and put back after the test. What the
+// catalogue reads there starts out missing: class and display names, "\ShellFolder", document
+// classes, the cursor scheme and the shell's icon overrides.
+class CatalogueRegistry {
+ public:
+  CatalogueRegistry() : snapshot_(Keys()) {
+    for (const std::string& k : Keys()) {
+      if (k == vx::kCursorsKey || k == vx::kShellIconsKey) DeleteTree(k);
+      modRegistry::DeleteValue(k, "");
+      modRegistry::DeleteValue(k + "\\ShellFolder", "");
+    }
   }
-  for (const char* id : {"{FBF23B42-E3F0-101B-8488-00AA003E56F8}", "{871C5380-42A0-1069-A2EA-08002B30309D}",
-                         "{00020D75-0000-0000-C000-000000000046}", "{85BBD920-42A0-1069-A2E4-08002B30309D}"})
-    v.push_back({clsid + id, ""});
-  for (const char* id : {"{1A9BA3A0-143A-11CF-8350-444553540000}", "{FF393560-C2A7-11CF-BFF4-444553540000}",
-                         "{D6277990-4C6A-11CF-8D87-00AA0060F5BF}"})
-    v.push_back({clsid + id + "\\ShellFolder", ""});
-  for (const auto& ext : kExtensions) v.push_back({"HKEY_CLASSES_ROOT\\" + ext, ""});
-  for (const auto& role : kCursorRoles) v.push_back({vx::kCursorsKey, role});
-  for (int n : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 15, 18, 19, 20, 21, 22, 23, 24, 25, 27, 28, 29, 34,
-                35, 36, 37, 40, 42, 43, 44})
-    v.push_back({vx::kShellIconsKey, std::to_string(n)});
-  return v;
-}
+
+ private:
+  static std::vector<std::string> Keys() {
+    std::vector<std::string> keys = {vx::kCursorsKey, vx::kShellIconsKey};
+    for (const char* id : {"{20D04FE0-3AEA-1069-A2D8-08002B30309D}", "{450D8FBA-AD25-11D0-98A8-0800361B1103}",
+                           "{208D2C60-3AEA-1069-A2D7-08002B30309D}", "{645FF040-5081-101B-9F08-00AA002F954E}"})
+      keys.push_back(std::string("HKEY_CURRENT_USER\\Software\\Classes\\CLSID\\") + id);  // Windows 98's copies
+    for (const std::string& key : std::vector<std::string>(keys.begin() + 2, keys.end()))
+      keys.push_back("HKEY_CLASSES_ROOT" + key.substr(key.find("\\CLSID\\")));
+    for (const char* id : {"{FBF23B42-E3F0-101B-8488-00AA003E56F8}", "{871C5380-42A0-1069-A2EA-08002B30309D}",
+                           "{00020D75-0000-0000-C000-000000000046}", "{85BBD920-42A0-1069-A2E4-08002B30309D}",
+                           "{FF393560-C2A7-11CF-BFF4-444553540000}", "{D6277990-4C6A-11CF-8D87-00AA0060F5BF}",
+                           "{1A9BA3A0-143A-11CF-8350-444553540000}"})  // the last three: "\ShellFolder" tests
+      keys.push_back(std::string("HKEY_CLASSES_ROOT\\CLSID\\") + id);
+    for (const char* ext : {".bmp", ".ini", ".gif", ".html", ".jpeg", ".mmm", ".mpeg", ".bat", ".mid", ".rtf",
+                            ".txt", ".avi", ".wav", ".wri", ".zip"})
+      keys.push_back(std::string("HKEY_CLASSES_ROOT\\") + ext);
+    return keys;
+  }
+  KeySnapshot snapshot_;
+};
+
+// The icon lists of a hidden window, filled by Add_Icons as the main window fills them.
+struct RealLists {
+  explicit RealLists(const vx::Environment& env) {
+    window.Create("VxIconTestHost", 0, WS_OVERLAPPEDWINDOW, "", 0, 0, 400, 600, nullptr, nullptr);
+    for (int t : {2, 3, 4, 5, 6, 7, 9}) {
+      owned[t].Create(window.hwnd(), 100 + t, 0, 0, 300, 500);
+      lists[t] = &owned[t];
+    }
+    catalogue = vx::Add_Icons(env, lists);
+  }
+  ui::Window window;
+  std::array<ui::ListBoxIcons, 10> owned;  // destroyed before their window
+  vx::IconLists lists{};
+  std::vector<vx::IconItem> catalogue;
+};
 
 // A file outside the test's own folders (such as C:\autorun.inf) that a test may write: it is moved
 // aside for the life of the scope and then put back, or removed when there was none.
