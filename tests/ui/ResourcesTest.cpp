@@ -40,7 +40,6 @@ TEST(Resources, SixteenDistinctIconsInTheOrderOfTheirIds) {
     SCOPED_TRACE(exe);
     HINSTANCE self = GetModuleHandleA(nullptr);
     ASSERT_EQ(reinterpret_cast<UINT_PTR>(ExtractIconA(self, exe.c_str(), UINT(-1))), 16u);
-    EXPECT_EQ(ExtractIconA(self, exe.c_str(), 16), nullptr);
     std::set<std::vector<DWORD>> seen;
     for (int index = 0; index < 16; ++index) {
       ui::IconHandle extracted(ExtractIconA(self, exe.c_str(), static_cast<UINT>(index)));
@@ -65,22 +64,16 @@ std::string VersionText(const std::string& exe, const char* name) {
   return static_cast<const char*>(value);
 }
 
-TEST(Resources, VersionBlockNamesTheProduct) {
+TEST(Resources, VersionBlockNamesTheProductAndTheManifestAsksForCommonControlsSix) {
   for (const std::string& exe : Executables()) {
-    EXPECT_EQ(VersionText(exe, "ProductName"), "Vexillor") << exe;
-    EXPECT_EQ(VersionText(exe, "ProductVersion"), "2.06") << exe;
-  }
-}
-
-TEST(Resources, ManifestAsksForCommonControlsSix) {
-  for (const std::string& exe : Executables()) {
+    SCOPED_TRACE(exe);
+    EXPECT_EQ(VersionText(exe, "ProductName"), "Vexillor");
+    EXPECT_EQ(VersionText(exe, "ProductVersion"), "2.06");
     HMODULE mod = LoadLibraryExA(exe.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
-    ASSERT_TRUE(mod) << exe;
-    HRSRC res = FindResourceA(mod, MAKEINTRESOURCEA(1), MAKEINTRESOURCEA(24));  // RT_MANIFEST
-    ASSERT_TRUE(res) << exe;
+    HRSRC res = mod ? FindResourceA(mod, MAKEINTRESOURCEA(1), MAKEINTRESOURCEA(24)) : nullptr;  // RT_MANIFEST
+    ASSERT_TRUE(res);
     std::string manifest(static_cast<const char*>(LockResource(LoadResource(mod, res))), SizeofResource(mod, res));
-    EXPECT_NE(manifest.find("name=\"Microsoft.Windows.Common-Controls\" version=\"6.0.0.0\""), std::string::npos)
-        << manifest;
+    EXPECT_NE(manifest.find("name=\"Microsoft.Windows.Common-Controls\" version=\"6.0.0.0\""), std::string::npos);
     FreeLibrary(mod);
   }
 }

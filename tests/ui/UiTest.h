@@ -26,9 +26,7 @@ inline std::string Shell32() {
 // A folder of this process's own under %TEMP% (test runs may overlap).
 inline std::string TempFolder(const char* name) {
   char buf[MAX_PATH];
-  GetTempPathA(MAX_PATH, buf);
-  std::string path = std::string(buf) + name;
-  path += std::to_string(GetCurrentProcessId());
+  const std::string path = std::string(buf, GetTempPathA(MAX_PATH, buf)) + name + std::to_string(GetCurrentProcessId());
   CreateDirectoryA(path.c_str(), nullptr);
   return path;
 }
@@ -55,12 +53,9 @@ struct Script {
   std::vector<Step> steps;
   size_t next = 0;
   bool leftOpen = false, busy = false;
-  static Script*& Current() {
-    static Script* current = nullptr;
-    return current;
-  }
+  static inline Script* current = nullptr;
   static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
-    Script* s = Current();
+    Script* s = current;
     HWND dialog = s && !s->busy ? FindThreadDialog(s->title) : nullptr;
     if (!dialog) return;
     s->busy = true;
@@ -74,11 +69,11 @@ struct Script {
 template <class Show>
 auto RunModal(const std::string& title, std::vector<Step> steps, Show show) {
   Script script{title, std::move(steps)};
-  Script::Current() = &script;
+  Script::current = &script;
   UINT_PTR timer = SetTimer(nullptr, 0, 40, &Script::Tick);
   auto result = show();
   KillTimer(nullptr, timer);
-  Script::Current() = nullptr;
+  Script::current = nullptr;
   EXPECT_EQ(script.next, script.steps.size()) << "the dialog closed before every step ran";
   EXPECT_FALSE(script.leftOpen) << "the dialog had to be closed by the test";
   return result;
