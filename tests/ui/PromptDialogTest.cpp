@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "UiTest.h"
+#include "ids_prompt.h"
 #include "registry/modRegistry.h"
 #include "support/RegistryScope.h"
 #include "support/ScriptedSeam.h"
@@ -20,26 +21,14 @@ ui::PromptAnswer Show(const ui::PromptRequest& r, std::vector<Step> steps) {
   return vxtest::RunModal("Vexillor", std::move(steps), [&] { return ui::RealSeam().ShowPrompt(nullptr, r); });
 }
 
-LONG ButtonType(HWND c) {
-  char cls[32] = {};
-  GetClassNameA(c, cls, sizeof cls);
-  return IsWindowVisible(c) && lstrcmpiA(cls, "Button") == 0 ? GetWindowLongA(c, GWL_STYLE) & BS_TYPEMASK : -1;
-}
-
-// Visible push buttons from left to right.
+// Visible buttons from left to right.
 std::vector<HWND> PushButtons(HWND dialog) {
   std::vector<HWND> found;
-  for (HWND c = GetWindow(dialog, GW_CHILD); c; c = GetWindow(c, GW_HWNDNEXT))
-    if (ButtonType(c) == BS_PUSHBUTTON || ButtonType(c) == BS_DEFPUSHBUTTON) found.push_back(c);
+  for (int slot = 0; slot < 3; ++slot)
+    if (HWND b = GetDlgItem(dialog, IDC_PROMPT_BUTTON0 + slot); b && IsWindowVisible(b)) found.push_back(b);
   auto left = [](HWND w) { RECT r; GetWindowRect(w, &r); return r.left; };
   std::sort(found.begin(), found.end(), [&](HWND a, HWND b) { return left(a) < left(b); });
   return found;
-}
-
-HWND CheckBox(HWND dialog) {
-  for (HWND c = GetWindow(dialog, GW_CHILD); c; c = GetWindow(c, GW_HWNDNEXT))
-    if (ButtonType(c) == BS_AUTOCHECKBOX) return c;
-  return nullptr;
 }
 
 Step Press(const std::string& caption) {
@@ -50,19 +39,14 @@ Step Press(const std::string& caption) {
   };
 }
 
-const Step kTick = [](HWND dialog) { vxtest::Click(CheckBox(dialog)); };
+const Step kTick = [](HWND dialog) { vxtest::Click(GetDlgItem(dialog, IDC_PROMPT_CHECK)); };
 
 // Each button once, then Escape; every other run ticks the box.
 TEST(PromptDialog, ButtonsStandRightToLeftBySlotAndAnswerTheirSlot) {
   const std::string help = ui::ModulePath().substr(0, ui::ModulePath().rfind('\\')) + "\\Help.hlp 261 ";
-  struct Case {
-    std::string first;
-    std::array<std::string, 3> buttons;
-    std::vector<std::string> leftToRight;
-    std::string box, slot0Runs;  // help file, HELP_PARTIALKEY and keyword, or the command
-    int escape;
-  };
-  const Case cases[] = {
+  // slot0Runs: what slot 0 runs, help (file, HELP_PARTIALKEY and keyword) or a command.
+  const struct { std::string first; std::array<std::string, 3> buttons; std::vector<std::string> leftToRight;
+                 std::string box, slot0Runs; int escape; } cases[] = {
       {"First paragraph.", {"&Cancel", "No", "Yes"}, {"Yes", "No", "&Cancel"}, "Do not ask me this question next time",
        "", 0},
       {"Hiding Network.", {"&Help", "Cancel", "OK"}, {"OK", "Cancel", "&Help"}, "",
@@ -81,8 +65,8 @@ TEST(PromptDialog, ButtonsStandRightToLeftBySlotAndAnswerTheirSlot) {
       for (HWND b : PushButtons(dialog)) shown.push_back(ui::GetText(b));
       EXPECT_EQ(shown, c.leftToRight);
       EXPECT_EQ(GetFocus(), PushButtons(dialog).at(0)) << "the leftmost button is the default";
-      HWND box = CheckBox(dialog);
-      EXPECT_EQ(box ? ui::GetText(box) : "", c.box);
+      HWND box = GetDlgItem(dialog, IDC_PROMPT_CHECK);
+      EXPECT_EQ(box && IsWindowVisible(box) ? ui::GetText(box) : "", c.box);
       EXPECT_NE(FindWindowExA(dialog, nullptr, "Static", (c.first + "\r\n\r\nSecond paragraph.").c_str()), nullptr);
     };
     const int n = static_cast<int>(c.leftToRight.size());
@@ -110,14 +94,8 @@ TEST(PromptRoutines, EachPromptHasItsTextButtonsAndIcon) {
   const std::string change = "\n\nAre you sure you want to change this setting?";
   const std::string sure = "\n\nAre you sure you want to continue?";
   const std::array<std::string, 3> ok{"OK", "", ""}, cancelOk{"Cancel", "OK", ""}, cancelNoYes{"&Cancel", "No", "Yes"};
-  const struct {
-    const char* name;
-    std::function<int()> show;
-    std::string icon;
-    std::array<std::string, 3> buttons;
-    std::string message, checkBox = "";
-    int helpTopic = 0;
-  } cases[] = {
+  const struct { const char* name; std::function<int()> show; std::string icon; std::array<std::string, 3> buttons;
+                 std::string message, checkBox = ""; int helpTopic = 0; } cases[] = {
       {"RestartLater", modMsgbox::RestartLater, "32516", ok,
        "One or more of these changes you have made will only take effect the next time you start Windows."},
       {"ColourDepth", modMsgbox::ColourDepth, "32513", {"&Settings...", "OK", ""},

@@ -23,6 +23,21 @@ inline std::string Shell32() {
   return std::string(dir, GetSystemDirectoryA(dir, MAX_PATH)) + "\\shell32.dll";
 }
 
+// The 32 x 32 pixels of an icon as DrawIcon draws it over a background.
+inline std::vector<COLORREF> Render(HICON icon, COLORREF background = RGB(255, 255, 255)) {
+  ui::WindowDc screen(nullptr);
+  ui::MemDc dc(CreateCompatibleDC(screen.get()));
+  ui::BitmapHandle bitmap(CreateCompatibleBitmap(screen.get(), 32, 32));
+  ui::SelectScope keep(dc.get(), bitmap.get());
+  ui::BrushHandle brush(CreateSolidBrush(background));
+  RECT all{0, 0, 32, 32};
+  FillRect(dc.get(), &all, brush.get());
+  DrawIcon(dc.get(), 0, 0, icon);
+  std::vector<COLORREF> pixels;
+  for (int i = 0; i < 32 * 32; ++i) pixels.push_back(GetPixel(dc.get(), i % 32, i / 32));
+  return pixels;
+}
+
 // A folder of this process's own under %TEMP% (test runs may overlap).
 inline std::string TempFolder(const char* name) {
   char buf[MAX_PATH];
