@@ -1,14 +1,9 @@
 // The folder tree on the Explorer tab and the splitter rules beside it.
-#include <windows.h>
+#include "UiTest.h"
 #include <commctrl.h>
 
 #include <filesystem>
-#include <string>
-#include <vector>
 
-#include <gtest/gtest.h>
-
-#include "UiTest.h"
 #include "ui/FolderTree.h"
 #include "ui/Splitter.h"
 

@@ -1,16 +1,12 @@
 // The icon list on a real window: its picture, keys, data rules and handle use.
-#include <windows.h>
+#include "UiTest.h"
 #include <shellapi.h>
 #include <winternl.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <fstream>
-#include <string>
 
-#include "UiTest.h"
 #include "ui/ListBoxIcons.h"
 
 using ui::ListBoxIcons;
@@ -29,14 +25,6 @@ class ListTest : public ::testing::Test {
     for (int i = 0; i < n; ++i) list.AddItem("Item", vxtest::Shell32(), int16_t(i + 3), std::string(1, char('a' + i)));
   }
   void Key(int vk) { SendMessageA(list.surface(), WM_KEYDOWN, static_cast<WPARAM>(vk), 0); }
-  // Leftmost and rightmost columns of a row's caption band that differ from its background.
-  std::pair<int, int> Extent(int row, COLORREF background) const {
-    int lo = -1, hi = -1;
-    for (int y = row * 50 + 18; y < row * 50 + 48; ++y)
-      for (int x = 2; x < list.SurfaceWidth() - 2; ++x)
-        if (list.Pixel(x, y) != background) lo = lo < 0 ? x : std::min(lo, x), hi = std::max(hi, x);
-    return {lo, hi};
-  }
 
   vxtest::HostWindow host;
   ListBoxIcons list;
@@ -55,8 +43,11 @@ TEST_F(ListTest, RowsShowHighlightIconAndCentredCaption) {
     return static_cast<int>(std::nearbyint((list.SurfaceWidth() + 40) / 2.0 - list.CaptionWidth(s) / 2.0));
   };
   ASSERT_GT(centredLeft(cut20) - centredLeft(cut25), 6);  // the two cuts are told apart
-  auto expectAt = [&](int row, COLORREF background, const std::string& shown) {
-    auto [lo, hi] = Extent(row, background);
+  auto expectAt = [&](int row, COLORREF background, const std::string& shown) {  // the ink of the caption band
+    int lo = -1, hi = -1;
+    for (int y = row * 50 + 18; y < row * 50 + 48; ++y)
+      for (int x = 2; x < list.SurfaceWidth() - 2; ++x)
+        if (list.Pixel(x, y) != background) lo = lo < 0 ? x : std::min(lo, x), hi = std::max(hi, x);
     const int left = centredLeft(shown);
     EXPECT_TRUE(lo >= left - 1 && lo <= left + 2) << shown << ": " << lo << " for " << left;
     EXPECT_LE(hi, left + list.CaptionWidth(shown) + 1) << shown;

@@ -1,14 +1,8 @@
 // The real "Change Icon" dialog, driven through its own message loop, on files of known icon counts.
-#include <gtest/gtest.h>
-
-#include <windows.h>
-#include <shellapi.h>
-
-#include <fstream>
-#include <string>
-#include <vector>
 
 #include "UiTest.h"
+#include <fstream>
+
 #include "ids_picker.h"
 #include "support/ScriptedSeam.h"
 #include "ui/frmChangeIcon.h"
@@ -94,11 +88,6 @@ TEST_F(frmChangeIconTest, ChooseIconSelectsTheGivenIndexAndScrollsItIntoView) {
                      RECT sel = form.SelectionRect();
                      EXPECT_EQ(std::pair(sel.left, sel.top), std::pair(37L * kCell, 2L * kCell));
                      EXPECT_EQ(form.ScrollValue(), 30 * kCell);
-                     // The grid has moved left by the scroll value: the column is the last one shown.
-                     RECT grid;
-                     GetWindowRect(form.GridWindow(), &grid);
-                     MapWindowPoints(nullptr, GetParent(form.GridWindow()), reinterpret_cast<POINT*>(&grid), 2);
-                     EXPECT_EQ(sel.right + grid.left, form.InnerWidth());
                      Click(Item(IDCANCEL));
                    }}));
   EXPECT_EQ(form.IconIndex, 150);

@@ -1,16 +1,12 @@
 // The prompts: every routine's request, the "do not show again" memory, and the real dialog driven as a
 // person would.
-#include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
 
 #include "UiTest.h"
 #include "ids_prompt.h"
-#include "registry/modRegistry.h"
 #include "support/RegistryScope.h"
 #include "support/ScriptedSeam.h"
-#include "ui/frmPrompt.h"
 #include "ui/modMsgbox.h"
 
 namespace {
@@ -156,11 +152,6 @@ TEST(PromptRoutines, EachPromptHasItsTextButtonsAndIcon) {
   }
 }
 
-const std::pair<const char*, std::function<int()>> kMemories[] = {
-    {"Dialog Rebuild", [] { return modMsgbox::RebuildNotice("Windows 95"); }},
-    {"Dialog Overwrite", [] { return modMsgbox::OverwriteTheme("Autumn"); }},
-};
-
 TEST(PromptMemory, OneSuppressesThePromptAnyOtherValueShowsItAndTheTickWritesOne) {
   const std::string one("\1\0\0\0", 4);
   const struct { DWORD type; std::string stored; bool tick; int first, second; } cases[] = {
@@ -170,7 +161,10 @@ TEST(PromptMemory, OneSuppressesThePromptAnyOtherValueShowsItAndTheTickWritesOne
       {REG_DWORD, std::string("\0\0\0\0", 4), false, 2, 0},
       {REG_SZ, std::string("1\0", 2), true, 2, -1},  // not a number
   };
-  for (const auto& [value, show] : kMemories)
+  const std::pair<const char*, std::function<int()>> memories[] = {
+      {"Dialog Rebuild", [] { return modMsgbox::RebuildNotice("Windows 95"); }},
+      {"Dialog Overwrite", [] { return modMsgbox::OverwriteTheme("Autumn"); }}};
+  for (const auto& [value, show] : memories)
     for (const auto& c : cases) {
       SCOPED_TRACE(testing::Message() << value << " type " << c.type << " tick " << c.tick);
       vxtest::RegistryScope registry{{vxtest::kProgramKey}};

@@ -1,6 +1,4 @@
 // The real "Rename" box, driven through its own message loop.
-#include <gtest/gtest.h>
-#include <windows.h>
 
 #include "UiTest.h"
 #include "ids_picker.h"

@@ -1,15 +1,11 @@
 // The program's resources as the shell sees them, on this test program (which links the same
 // resources) and on the real vexillor.exe next to it: sixteen icons, the version block, the manifest.
-#include <gtest/gtest.h>
-#include <windows.h>
+#include "UiTest.h"
 #include <shellapi.h>
 
 #include <set>
-#include <string>
-#include <vector>
 
 #include "resource.h"
-#include "UiTest.h"
 
 namespace {
 
