@@ -29,8 +29,7 @@ class FolderTreeTest : public ::testing::Test {
  protected:
   const std::string base = "C:\\vxtree";
   void SetUp() override {
-    std::error_code ec;
-    fs::remove_all(base, ec);
+    TearDown();
     Make("A\\B");
     ASSERT_TRUE(tree.Create(host.hwnd(), 100, 0, 0, 320, 440));
     tree.Click = [this] { ++clicks; };

@@ -75,7 +75,7 @@ TEST_F(ListTest, RowsShowHighlightIconAndCentredCaption) {
 }
 
 // ListCount is the surface's height in rows: the rows that fit until there are more items.
-TEST_F(ListTest, KeysMoveTheSelectionWithinBoundsAndTheListFollows) {
+TEST_F(ListTest, ListCountFollowsTheSurfaceAndKeysMoveWithinBoundsAndTheListFollows) {
   EXPECT_EQ(list.ListCount(), 5);
   EXPECT_EQ(list.ScrollMax(), 276 - 250);  // the distance to the view's height, even from a shorter surface
   for (int i = 0; i < 8; ++i) {
