@@ -1,15 +1,12 @@
 // The icon list on a real window: its picture, keys, data rules and handle use.
-#include <windows.h>
+#include "UiTest.h"
 #include <shellapi.h>
 #include <winternl.h>
-#include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <fstream>
-#include <string>
 
-#include "UiTest.h"
 #include "ui/ListBoxIcons.h"
 
 using ui::ListBoxIcons;
@@ -28,99 +25,69 @@ class ListTest : public ::testing::Test {
     for (int i = 0; i < n; ++i) list.AddItem("Item", vxtest::Shell32(), int16_t(i + 3), std::string(1, char('a' + i)));
   }
   void Key(int vk) { SendMessageA(list.surface(), WM_KEYDOWN, static_cast<WPARAM>(vk), 0); }
-  // Leftmost and rightmost columns of a row's caption band that differ from its background.
-  std::pair<int, int> Extent(int row, COLORREF background) const {
-    int lo = -1, hi = -1;
-    for (int y = row * 50 + 18; y < row * 50 + 48; ++y)
-      for (int x = 2; x < list.SurfaceWidth() - 2; ++x)
-        if (list.Pixel(x, y) != background) lo = lo < 0 ? x : std::min(lo, x), hi = std::max(hi, x);
-    return {lo, hi};
-  }
 
   vxtest::HostWindow host;
   ListBoxIcons list;
   const COLORREF window = GetSysColor(COLOR_WINDOW), highlight = GetSysColor(COLOR_HIGHLIGHT);
 };
 
-TEST_F(ListTest, ListCountReportsTheSurfaceHeightNotTheItems) {
-  const struct { int items; double count; } cases[] = {{0, 5}, {5, 5}, {6, 6}, {8, 8}};
-  for (const auto& c : cases) {
-    ListBoxIcons l;
-    ASSERT_TRUE(l.Create(host.hwnd(), 101, 0, 0, kWidth, kHeight));
-    for (int i = 0; i < c.items; ++i) l.AddItem("x", "", 0, std::string(1, char('a' + i)));
-    EXPECT_EQ(l.ListCount(), c.count) << c.items << " items";
-    EXPECT_EQ(l.ScrollMax(), std::abs(static_cast<int>(c.count) * 50 - (kHeight - 4))) << c.items << " items";
-  }
-}
-
-TEST_F(ListTest, HighlightFillsTheRowAndIconsAreDrawnAsDrawIconDrawsThem) {
-  Fill(3);
-  list.SelItemIndex(1);
-  const int w = list.SurfaceWidth();
-  for (auto [x, y] : {std::pair{2, 52}, std::pair{w - 3, 60}, std::pair{8, 97}})
-    EXPECT_EQ(list.Pixel(x, y), highlight) << x << "," << y;
-  for (auto [x, y] : {std::pair{2, 2}, std::pair{w - 3, 45}, std::pair{8, 110}})
-    EXPECT_EQ(list.Pixel(x, y), window) << x << "," << y;
-
-  // Each icon is shell32's icon of the item's index at (15, row x 50 + 9), over the row's background.
-  ui::WindowDc screen(nullptr);
-  ui::MemDc ref(CreateCompatibleDC(screen.get()));
-  ui::BitmapHandle bmp(CreateCompatibleBitmap(screen.get(), 32, 32));
-  ui::SelectScope keep(ref.get(), bmp.get());
-  for (int row = 0; row < 3; ++row) {
-    const COLORREF back = row == 1 ? highlight : window;
-    ui::BrushHandle b(CreateSolidBrush(back));
-    RECT all{0, 0, 32, 32};
-    FillRect(ref.get(), &all, b.get());
-    ui::IconHandle icon(ExtractIconA(GetModuleHandleA(nullptr), vxtest::Shell32().c_str(), static_cast<UINT>(row + 3)));
-    ASSERT_TRUE(icon);
-    DrawIcon(ref.get(), 0, 0, icon.get());
-    int differing = 0, inked = 0;
-    for (int y = 0; y < 32; ++y)
-      for (int x = 0; x < 32; ++x) {
-        inked += GetPixel(ref.get(), x, y) != back;
-        differing += GetPixel(ref.get(), x, y) != list.Pixel(15 + x, row * 50 + 9 + y);
-      }
-    EXPECT_GT(inked, 50) << "row " << row;
-    EXPECT_EQ(differing, 0) << "row " << row;
-  }
-}
-
-TEST_F(ListTest, CaptionsAreCentredAndLongOnesCut20WhenAddedAnd25WhenRedrawn) {
+// Rows of 50: highlight across the row, shell32's icon of the item's index at (15, 9), the caption centred
+// in the space right of x = 40 and cut at 20 characters when added, at 25 when redrawn.
+TEST_F(ListTest, RowsShowHighlightIconAndCentredCaption) {
   list.Move(10, 10, 200, kHeight);
   const std::string longCaption = "Microsoft Windows Network Neighborhood";
   const std::string cut20 = longCaption.substr(0, 20) + " ...", cut25 = longCaption.substr(0, 25) + " ...";
+  Fill(2);
   list.AddItem(longCaption, "", 0, "long");
-  list.AddItem("Recycle Bin", "", 0, "bin");
   auto centredLeft = [&](const std::string& s) {
     return static_cast<int>(std::nearbyint((list.SurfaceWidth() + 40) / 2.0 - list.CaptionWidth(s) / 2.0));
   };
   ASSERT_GT(centredLeft(cut20) - centredLeft(cut25), 6);  // the two cuts are told apart
-  auto expectAt = [&](int row, COLORREF background, const std::string& shown) {
-    auto [lo, hi] = Extent(row, background);
+  auto expectAt = [&](int row, COLORREF background, const std::string& shown) {  // the ink of the caption band
+    int lo = -1, hi = -1;
+    for (int y = row * 50 + 18; y < row * 50 + 48; ++y)
+      for (int x = 2; x < list.SurfaceWidth() - 2; ++x)
+        if (list.Pixel(x, y) != background) lo = lo < 0 ? x : std::min(lo, x), hi = std::max(hi, x);
     const int left = centredLeft(shown);
     EXPECT_TRUE(lo >= left - 1 && lo <= left + 2) << shown << ": " << lo << " for " << left;
     EXPECT_LE(hi, left + list.CaptionWidth(shown) + 1) << shown;
   };
-  expectAt(0, window, cut20);
-  expectAt(1, window, "Recycle Bin");
+  expectAt(2, window, cut20);
   list.ListRefresh();
-  expectAt(0, window, cut25);
-  expectAt(1, window, "Recycle Bin");
-  list.SelItemIndex(0);
-  expectAt(0, highlight, cut25);
+  list.SelItemIndex(2);
+  expectAt(2, highlight, cut25);
   EXPECT_EQ(list.ItemCaption("long"), longCaption);
+  list.SelItemIndex(1);
+  const int w = list.SurfaceWidth();
+  for (auto [x, y, lit] : {std::tuple{2, 52, true}, {w - 3, 60, true}, {8, 97, true}, {2, 2, false},
+                           {w - 3, 45, false}, {8, 110, false}})
+    EXPECT_EQ(list.Pixel(x, y), lit ? highlight : window) << x << "," << y;
+
+  for (int row = 0; row < 2; ++row) {
+    const COLORREF back = row == 1 ? highlight : window;
+    ui::IconHandle icon(ExtractIconA(GetModuleHandleA(nullptr), vxtest::Shell32().c_str(), static_cast<UINT>(row + 3)));
+    const std::vector<COLORREF> want = vxtest::Render(icon.get(), back);
+    int differing = 0;
+    for (int i = 0; i < 32 * 32; ++i) differing += want[i] != list.Pixel(15 + i % 32, row * 50 + 9 + i / 32);
+    EXPECT_GT(std::count_if(want.begin(), want.end(), [&](COLORREF c) { return c != back; }), 50) << row;
+    EXPECT_EQ(differing, 0) << "row " << row;
+  }
 }
 
-TEST_F(ListTest, KeysMoveTheSelectionWithinBoundsAndTheListFollows) {
-  Fill(8);  // 400 pixels in 276: the scroll maximum is 124
-  ASSERT_EQ(list.ScrollMax(), 124);
+// ListCount is the surface's height in rows: the rows that fit until there are more items.
+TEST_F(ListTest, ListCountFollowsTheSurfaceAndKeysMoveWithinBoundsAndTheListFollows) {
+  EXPECT_EQ(list.ListCount(), 5);
+  EXPECT_EQ(list.ScrollMax(), 276 - 250);  // the distance to the view's height, even from a shorter surface
+  for (int i = 0; i < 8; ++i) {
+    list.AddItem("Item", vxtest::Shell32(), int16_t(i + 3), std::string(1, char('a' + i)));
+    EXPECT_EQ(list.ListCount(), std::max(5, i + 1)) << i + 1 << " items";
+  }
+  ASSERT_EQ(list.ScrollMax(), 400 - 276);
   list.SelItemIndex(0);
   const struct { int key; double row; int scroll; } steps[] = {
-      {VK_UP, 0, 0},     {VK_DOWN, 1, 0},    {VK_DOWN, 2, 0},    {VK_DOWN, 3, 0},   {VK_DOWN, 4, 0},
-      {VK_DOWN, 5, 50},  {VK_DOWN, 6, 100},  {VK_DOWN, 7, 124},  {VK_DOWN, 7, 124}, {VK_NEXT, 7, 124},
-      {VK_PRIOR, 3, 124}, {VK_PRIOR, 3, 124}, {VK_UP, 2, 74},    {VK_UP, 1, 24},    {VK_UP, 0, 0},
-      {VK_NEXT, 4, 0},   {VK_NEXT, 4, 0},    {VK_HOME, 4, 0},    {VK_END, 4, 0},    {VK_DOWN, 5, 50},
+      {VK_UP, 0, 0},     {VK_NEXT, 4, 0},    {VK_DOWN, 5, 50},   {VK_DOWN, 6, 100}, {VK_DOWN, 7, 124},
+      {VK_DOWN, 7, 124}, {VK_NEXT, 7, 124},  {VK_PRIOR, 3, 124}, {VK_PRIOR, 3, 124}, {VK_UP, 2, 74},
+      {VK_UP, 1, 24},    {VK_HOME, 1, 24},
   };
   for (const auto& s : steps) {
     Key(s.key);
@@ -132,42 +99,37 @@ TEST_F(ListTest, KeysMoveTheSelectionWithinBoundsAndTheListFollows) {
     MapWindowPoints(nullptr, list.hwnd(), reinterpret_cast<POINT*>(&r), 2);
     EXPECT_EQ(r.top, -s.scroll);  // the surface really moved
   }
-  for (int row = 0; row < 8; ++row) EXPECT_EQ(list.Pixel(3, row * 50 + 25) == highlight, row == 5) << row;
+  for (int row = 0; row < 8; ++row) EXPECT_EQ(list.Pixel(3, row * 50 + 25) == highlight, row == 1) << row;
 }
 
 TEST_F(ListTest, ChangeFollowsItsRules) {
   list.AddItem("Alpha", "a.dll", 3, "a");
   list.AddItem("Beta", "b.dll", 4, "b");
   const struct { const char *path; int16_t index; const char *caption, *full, *shown; } cases[] = {
-      {"", -1, "", "a.dll,3", "Alpha"},         // nothing given: nothing changes
+      {"", -1, "", "a.dll,3", "Alpha"},  // nothing given: nothing changes
       {"x.dll", 5, "", "x.dll,5", "Alpha"},
-      {"", 7, "", "x.dll,7", "Alpha"},          // index alone
+      {"", 7, "", "x.dll,7", "Alpha"},
       {"y.dll,12", -1, "", "y.dll,12", "Alpha"},  // a location is split at its last comma
-      {"c:\\a,b\\z.dll,-2", -1, "", "c:\\a,b\\z.dll,-2", "Alpha"},
-      {"nocomma.dll", -1, "", "c:\\a,b\\z.dll,-2", "Alpha"},
-      {"w.dll,-1", -1, "", "w.dll,-2", "Alpha"},  // -1 after the comma keeps the old index
-      {"", -1, "Gamma", "w.dll,-2", "Gamma"},
-      {"v.ico", 0, "Delta", "v.ico,0", "Delta"},
+      {"nocomma.dll", -1, "", "y.dll,12", "Alpha"},
+      {"w.dll,-1", -1, "Gamma", "w.dll,12", "Gamma"},  // -1 after the comma keeps the old index
   };
   for (const auto& c : cases) {
     list.Change("a", c.path, c.index, c.caption);
     EXPECT_EQ(list.ItemFullPath("a"), c.full) << c.path << " " << c.index;
     EXPECT_EQ(list.ItemCaption("a"), c.shown) << c.path << " " << c.index;
   }
-  EXPECT_EQ(list.ItemFullPath("b"), "b.dll,4");
-  // No match (keys compare case-sensitively): the slot after the last item is written, but a key
-  // that no item holds still has no location (Apply writes the empty text for it).
+  // Keys compare case-sensitively; no match writes the slot after the last item, which no key finds.
   list.Change("A", "q.dll", 9, "Ghost");
-  EXPECT_EQ(list.ItemFullPath("a"), "v.ico,0");
+  EXPECT_EQ(list.ItemFullPath("a"), "w.dll,12");
   EXPECT_EQ(list.ItemCaption("missing"), "Ghost");
   EXPECT_EQ(list.ItemFullPath("missing"), "");
 }
 
 TEST(SplitIconLocation, CutsAtTheLastComma) {
   const struct { const char* in; const char* path; int16_t index; } cases[] = {
-      {"a,b,3", "a,b", 3},      {"f,-4", "f", -4},        {"f,70000", "f", 4464}, {"f,-70000", "f", -4464},
-      {"f,32768", "f", -32768}, {"f,65535", "f", -1},     {"f,abc", "f", 0},      {"f,", "f", 0},
-      {",5", "", 5},            {"f, 12", "f", 12},       {"f,7x", "f", 7},       {"x", "", 99},
+      {"a,b,3", "a,b", 3},     {"f,-4", "f", -4},  {"f,70000", "f", 4464}, {"f,32768", "f", -32768},
+      {"f,abc", "f", 0},       {",5", "", 5},      {"f, 12", "f", 12},     {"f,7x", "f", 7},
+      {"x", "", 99},
   };
   for (const auto& c : cases) {
     std::string loc = c.in;
@@ -178,38 +140,26 @@ TEST(SplitIconLocation, CutsAtTheLastComma) {
   }
 }
 
-// A LOGFONT record as the shell stores "IconFont": ANSI (32-byte face) or wide (64-byte face).
-std::string FontRecord(uint8_t pitchAndFamily, const std::string& face, bool wide = false) {
-  std::string r = std::string("\xF5\xFF\xFF\xFF", 4) + std::string(12, '\0') + std::string("\x90\x01\0\0", 4);
-  r += std::string(7, '\0') + static_cast<char>(pitchAndFamily);
-  for (char c : face) r += wide ? std::string{c, '\0'} : std::string(1, c);
-  r.resize(wide ? 92 : 60, '\0');
-  return r;
-}
-
+// "IconFont" holds a LOGFONT: height -11, weight 400, pitch and family, then an ANSI or wide face.
 TEST(FaceNameFromFontRecord, TakesTheFirstRunOfTwoPrintables) {
+  const std::string head("\xF5\xFF\xFF\xFF\0\0\0\0\x90\x01\0\0", 12);
   const struct { std::string bytes; const char* name; } cases[] = {
-      {FontRecord(0, "Arial"), "Arial"},
-      {FontRecord(0x22, "Tahoma"), "\"Tahoma"},
-      {FontRecord(0x22, "MS Shell Dlg", true), "\"M"},
-      {FontRecord(0, "Tahoma", true), ""},
+      {head + std::string("\0Arial\0\0", 8), "Arial"},
+      {head + std::string("\x22Tahoma\0", 8), "\"Tahoma"},  // a printable pitch byte joins the name
+      {head + std::string("\x22M\0S\0", 5), "\"M"},
+      {head + std::string("\0T\0a\0h\0", 7), ""},
       {std::string("A\x01" "B\x02" "Co\x03" "De", 9), "Co"},
       {"~Verdana}", "Verdana}"},
-      {"", ""},
   };
   for (const auto& c : cases) EXPECT_EQ(ui::FaceNameFromFontRecord(c.bytes), c.name);
 }
 
-// --- handles ---------------------------------------------------------------------------------------
 // Wine's GetGuiResources answers 0, so the counts come from the process's own tables: GDI objects from
 // the shared handle table the PEB points at, icons and cursors by asking every user handle slot.
-
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Warray-bounds"  // NtCurrentTeb reads gs:[0x30], which GCC cannot see
 int GdiObjects() {
-  if (DWORD n = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS)) return static_cast<int>(n);
   struct Entry { uint64_t object; uint32_t owner; uint16_t unique; uint8_t type, flags; uint64_t user; };
-  static_assert(sizeof(Entry) == 24);
   auto* peb = reinterpret_cast<const char*>(NtCurrentTeb()->ProcessEnvironmentBlock);
   auto* table = *reinterpret_cast<Entry* const*>(peb + 0xf8);  // GdiSharedHandleTable
   int live = 0;
@@ -219,7 +169,6 @@ int GdiObjects() {
 #pragma GCC diagnostic pop
 
 int UserObjects() {
-  if (DWORD n = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS)) return static_cast<int>(n);
   int live = 0;
   for (uintptr_t h = 0x20; h < 0x10000; h += 2) {
     ICONINFO ii;
@@ -232,29 +181,21 @@ int UserObjects() {
   return live;
 }
 
-// A one-frame animated cursor whose 32 x 32 image is solid red.
+// A one-frame animated cursor whose 32 x 32 image is solid red: RIFF, "anih", one "icon" frame holding a
+// cursor file (one entry, hot spot 0,0) whose image is a double-height BITMAPINFOHEADER, colours, AND mask.
 void WriteRedAni(const std::string& path) {
-  auto put = [](std::string& s, uint32_t v, int bytes) {
-    for (int i = 0; i < bytes; ++i) s += static_cast<char>((v >> (8 * i)) & 0xff);
+  std::string s;
+  auto put = [&s](std::initializer_list<uint32_t> values, int bytes = 4) {
+    for (uint32_t v : values)
+      for (int i = 0; i < bytes; ++i) s += static_cast<char>((v >> (8 * i)) & 0xff);
   };
-  std::string image;  // BITMAPINFOHEADER (double height for the mask), colour rows, AND mask
-  for (uint32_t v : {40u, 32u, 64u}) put(image, v, 4);
-  put(image, 1, 2), put(image, 32, 2), image.append(24, '\0');
-  for (int i = 0; i < 32 * 32; ++i) put(image, 0xFFFF0000u, 4);
-  image.append(32 * 4, '\0');
-  std::string cur;  // header, one directory entry (hot spot 0,0), image
-  put(cur, 0, 2), put(cur, 2, 2), put(cur, 1, 2), put(cur, 0x2020, 4), put(cur, 0, 4);
-  put(cur, static_cast<uint32_t>(image.size()), 4), put(cur, 22, 4);
-  std::string fram = "framicon";
-  put(fram, static_cast<uint32_t>(cur.size() + image.size()), 4);
-  std::string body = "ACONanih";
-  for (uint32_t v : {36u, 36u, 1u, 1u, 0u, 0u, 0u, 0u, 10u, 1u}) put(body, v, 4);
-  body += "LIST";
-  put(body, static_cast<uint32_t>(fram.size() + cur.size() + image.size()), 4);
-  body += fram + cur + image;
-  std::string file = "RIFF";
-  put(file, static_cast<uint32_t>(body.size()), 4);
-  std::ofstream(path, std::ios::binary) << file + body;
+  const uint32_t image = 40 + 32 * 32 * 4 + 32 * 4, cur = 22 + image;
+  s += "RIFF", put({4 + 44 + 8 + 12 + cur}), s += "ACONanih", put({36, 36, 1, 1, 0, 0, 0, 0, 10, 1});
+  s += "LIST", put({12 + cur}), s += "framicon", put({cur}), put({0, 2, 1}, 2), put({0x2020, 0, image, 22});
+  put({40, 32, 64}), put({1, 32}, 2), put({0, 0, 0, 0, 0, 0});
+  for (int i = 0; i < 32 * 32; ++i) put({0xFFFF0000u});
+  s.append(32 * 4, '\0');
+  std::ofstream(path, std::ios::binary) << s;
 }
 
 TEST_F(ListTest, ThousandsOfRedrawsKeepNoHandles) {

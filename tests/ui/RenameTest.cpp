@@ -1,7 +1,4 @@
 // The real "Rename" box, driven through its own message loop.
-#include <gtest/gtest.h>
-
-#include <windows.h>
 
 #include "UiTest.h"
 #include "ids_picker.h"
@@ -18,7 +15,7 @@ std::optional<std::string> Ask(std::vector<vxtest::Step> steps) {
 
 HWND Box(HWND dialog) { return GetDlgItem(dialog, IDC_RN_TEXT); }
 
-TEST(frmRename, AnEmptyNameIsRefusedAndTheResetTextComesBack) {
+TEST(frmRename, AnEmptyNameIsRefusedAndEscapeGivesNothing) {
   vxtest::ScriptedSeam seam;
   vxtest::SeamScope scope{seam};
   auto name = Ask({[&](HWND dialog) {
@@ -33,14 +30,8 @@ TEST(frmRename, AnEmptyNameIsRefusedAndTheResetTextComesBack) {
                      vxtest::PostKey(VK_RETURN);
                    }});
   EXPECT_EQ(name, "Bin");
-}
-
-TEST(frmRename, EnterGivesTheTextEscapeGivesNothing) {
-  vxtest::ScriptedSeam seam;
-  vxtest::SeamScope scope{seam};
-  EXPECT_EQ(Ask({[](HWND) { vxtest::PostKey(VK_RETURN); }}), "Recycle Bin");
   EXPECT_EQ(Ask({[](HWND d) { SetWindowTextA(Box(d), "Trash"); vxtest::PostKey(VK_ESCAPE); }}), std::nullopt);
-  EXPECT_TRUE(seam.prompts.empty());
+  EXPECT_EQ(seam.prompts.size(), 1u);
 }
 
 }  // namespace

@@ -1,15 +1,11 @@
 // The program's resources as the shell sees them, on this test program (which links the same
 // resources) and on the real vexillor.exe next to it: sixteen icons, the version block, the manifest.
-#include <gtest/gtest.h>
-#include <windows.h>
+#include "UiTest.h"
 #include <shellapi.h>
 
 #include <set>
-#include <string>
-#include <vector>
 
 #include "resource.h"
-#include "ui/win.h"
 
 namespace {
 
@@ -19,36 +15,20 @@ std::vector<std::string> Executables() {
   return {ui::ModulePath(), p + "\\vexillor.exe"};
 }
 
-// The 32 x 32 pixels of an icon drawn over white.
-std::vector<DWORD> Render(HICON icon) {
-  BITMAPINFO bi{};
-  bi.bmiHeader = {sizeof(bi.bmiHeader), 32, -32, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-  void* bits = nullptr;
-  ui::BitmapHandle dib(CreateDIBSection(nullptr, &bi, DIB_RGB_COLORS, &bits, nullptr, 0));
-  ui::MemDc dc(CreateCompatibleDC(nullptr));
-  ui::SelectScope keep(dc.get(), dib.get());
-  RECT r{0, 0, 32, 32};
-  FillRect(dc.get(), &r, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
-  DrawIconEx(dc.get(), 0, 0, icon, 32, 32, 0, nullptr, DI_NORMAL);
-  GdiFlush();
-  return std::vector<DWORD>(static_cast<const DWORD*>(bits), static_cast<const DWORD*>(bits) + 32 * 32);
-}
-
 // Index 0 is the program icon and index n pointer n, each a different picture.
 TEST(Resources, SixteenDistinctIconsInTheOrderOfTheirIds) {
   for (const std::string& exe : Executables()) {
     SCOPED_TRACE(exe);
     HINSTANCE self = GetModuleHandleA(nullptr);
     ASSERT_EQ(reinterpret_cast<UINT_PTR>(ExtractIconA(self, exe.c_str(), UINT(-1))), 16u);
-    EXPECT_EQ(ExtractIconA(self, exe.c_str(), 16), nullptr);
-    std::set<std::vector<DWORD>> seen;
+    std::set<std::vector<COLORREF>> seen;
     for (int index = 0; index < 16; ++index) {
       ui::IconHandle extracted(ExtractIconA(self, exe.c_str(), static_cast<UINT>(index)));
       ui::IconHandle byId(static_cast<HICON>(
           LoadImageA(self, MAKEINTRESOURCEA(IDI_PROGRAM + index), IMAGE_ICON, 32, 32, LR_DEFAULTCOLOR)));
       ASSERT_TRUE(extracted && byId) << index;
-      std::vector<DWORD> pixels = Render(extracted.get());
-      EXPECT_EQ(pixels, Render(byId.get())) << index;
+      std::vector<COLORREF> pixels = vxtest::Render(extracted.get());
+      EXPECT_EQ(pixels, vxtest::Render(byId.get())) << index;
       EXPECT_TRUE(seen.insert(pixels).second) << "index " << index << " repeats an earlier image";
     }
   }
@@ -65,22 +45,16 @@ std::string VersionText(const std::string& exe, const char* name) {
   return static_cast<const char*>(value);
 }
 
-TEST(Resources, VersionBlockNamesTheProduct) {
+TEST(Resources, VersionBlockNamesTheProductAndTheManifestAsksForCommonControlsSix) {
   for (const std::string& exe : Executables()) {
-    EXPECT_EQ(VersionText(exe, "ProductName"), "Vexillor") << exe;
-    EXPECT_EQ(VersionText(exe, "ProductVersion"), "2.06") << exe;
-  }
-}
-
-TEST(Resources, ManifestAsksForCommonControlsSix) {
-  for (const std::string& exe : Executables()) {
+    SCOPED_TRACE(exe);
+    EXPECT_EQ(VersionText(exe, "ProductName"), "Vexillor");
+    EXPECT_EQ(VersionText(exe, "ProductVersion"), "2.06");
     HMODULE mod = LoadLibraryExA(exe.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
-    ASSERT_TRUE(mod) << exe;
-    HRSRC res = FindResourceA(mod, MAKEINTRESOURCEA(1), MAKEINTRESOURCEA(24));  // RT_MANIFEST
-    ASSERT_TRUE(res) << exe;
+    HRSRC res = mod ? FindResourceA(mod, MAKEINTRESOURCEA(1), MAKEINTRESOURCEA(24)) : nullptr;  // RT_MANIFEST
+    ASSERT_TRUE(res);
     std::string manifest(static_cast<const char*>(LockResource(LoadResource(mod, res))), SizeofResource(mod, res));
-    EXPECT_NE(manifest.find("name=\"Microsoft.Windows.Common-Controls\" version=\"6.0.0.0\""), std::string::npos)
-        << manifest;
+    EXPECT_NE(manifest.find("name=\"Microsoft.Windows.Common-Controls\" version=\"6.0.0.0\""), std::string::npos);
     FreeLibrary(mod);
   }
 }

@@ -23,12 +23,25 @@ inline std::string Shell32() {
   return std::string(dir, GetSystemDirectoryA(dir, MAX_PATH)) + "\\shell32.dll";
 }
 
+// The 32 x 32 pixels of an icon as DrawIcon draws it over a background.
+inline std::vector<COLORREF> Render(HICON icon, COLORREF background = RGB(255, 255, 255)) {
+  ui::WindowDc screen(nullptr);
+  ui::MemDc dc(CreateCompatibleDC(screen.get()));
+  ui::BitmapHandle bitmap(CreateCompatibleBitmap(screen.get(), 32, 32));
+  ui::SelectScope keep(dc.get(), bitmap.get());
+  ui::BrushHandle brush(CreateSolidBrush(background));
+  RECT all{0, 0, 32, 32};
+  FillRect(dc.get(), &all, brush.get());
+  DrawIcon(dc.get(), 0, 0, icon);
+  std::vector<COLORREF> pixels;
+  for (int i = 0; i < 32 * 32; ++i) pixels.push_back(GetPixel(dc.get(), i % 32, i / 32));
+  return pixels;
+}
+
 // A folder of this process's own under %TEMP% (test runs may overlap).
 inline std::string TempFolder(const char* name) {
   char buf[MAX_PATH];
-  GetTempPathA(MAX_PATH, buf);
-  std::string path = std::string(buf) + name;
-  path += std::to_string(GetCurrentProcessId());
+  const std::string path = std::string(buf, GetTempPathA(MAX_PATH, buf)) + name + std::to_string(GetCurrentProcessId());
   CreateDirectoryA(path.c_str(), nullptr);
   return path;
 }
@@ -55,12 +68,9 @@ struct Script {
   std::vector<Step> steps;
   size_t next = 0;
   bool leftOpen = false, busy = false;
-  static Script*& Current() {
-    static Script* current = nullptr;
-    return current;
-  }
+  static inline Script* current = nullptr;
   static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
-    Script* s = Current();
+    Script* s = current;
     HWND dialog = s && !s->busy ? FindThreadDialog(s->title) : nullptr;
     if (!dialog) return;
     s->busy = true;
@@ -74,11 +84,11 @@ struct Script {
 template <class Show>
 auto RunModal(const std::string& title, std::vector<Step> steps, Show show) {
   Script script{title, std::move(steps)};
-  Script::Current() = &script;
+  Script::current = &script;
   UINT_PTR timer = SetTimer(nullptr, 0, 40, &Script::Tick);
   auto result = show();
   KillTimer(nullptr, timer);
-  Script::Current() = nullptr;
+  Script::current = nullptr;
   EXPECT_EQ(script.next, script.steps.size()) << "the dialog closed before every step ran";
   EXPECT_FALSE(script.leftOpen) << "the dialog had to be closed by the test";
   return result;
