@@ -32,41 +32,28 @@ std::map<std::string, std::string> RunProbe(const std::string& edition) {
   vxtest::DeleteTree(appKey);
   if (!edition.empty()) modRegistry::SaveString(appKey, "Version", edition);
 
-  SECURITY_ATTRIBUTES sa{sizeof sa, nullptr, TRUE};
-  HANDLE readEnd = nullptr, writeEnd = nullptr;
-  CreatePipe(&readEnd, &writeEnd, &sa, 0);
-  SetHandleInformation(readEnd, HANDLE_FLAG_INHERIT, 0);
+  const std::string out = std::string(temp) + name + ".ini";
+  DeleteFileA(out.c_str());
   STARTUPINFOA si{};
   si.cb = sizeof si;
-  si.dwFlags = STARTF_USESTDHANDLES;
-  si.hStdOutput = writeEnd;
-  si.hStdError = writeEnd;
   PROCESS_INFORMATION pi{};
-  std::string cmd = "\"" + copy + "\"";
-  std::map<std::string, std::string> values;
-  if (CreateProcessA(nullptr, cmd.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr, nullptr, &si, &pi)) {
-    CloseHandle(writeEnd);
-    writeEnd = nullptr;
-    std::string out;
-    char buf[512];
-    DWORD got = 0;
-    while (ReadFile(readEnd, buf, sizeof buf, &got, nullptr) && got) out.append(buf, got);
+  std::string cmd = "\"" + copy + "\" \"" + out + "\"";
+  if (CreateProcessA(nullptr, cmd.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr, nullptr, &si, &pi)) {
     WaitForSingleObject(pi.hProcess, 20000);
     CloseHandle(pi.hThread);
     CloseHandle(pi.hProcess);
-    size_t start = 0;
-    while (start < out.size()) {
-      size_t end = out.find('\n', start);
-      if (end == std::string::npos) end = out.size();
-      std::string line = out.substr(start, end - start);
-      if (!line.empty() && line.back() == '\r') line.pop_back();
-      auto eq = line.find('=');
-      if (eq != std::string::npos) values[line.substr(0, eq)] = line.substr(eq + 1);
-      start = end + 1;
-    }
   }
-  if (writeEnd) CloseHandle(writeEnd);
-  CloseHandle(readEnd);
+  // The section comes back as "name=value" strings, each ended by a NUL.
+  std::map<std::string, std::string> values;
+  std::string section(32768, '\0');
+  section.resize(GetPrivateProfileSectionA("environment", section.data(), 32768, out.c_str()));
+  for (size_t start = 0, end; start < section.size(); start = end + 1) {
+    end = section.find('\0', start);
+    const std::string line = section.substr(start, end - start);
+    const auto eq = line.find('=');
+    if (eq != std::string::npos) values[line.substr(0, eq)] = line.substr(eq + 1);
+  }
+  DeleteFileA(out.c_str());
   vxtest::DeleteTree(appKey);
   DeleteFileA(copy.c_str());
   return values;

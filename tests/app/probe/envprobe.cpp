@@ -1,13 +1,19 @@
-// Prints the environment the program determines at start-up, one "name=value" line each, so a test
-// can run it under each emulated Windows edition in a process of its own.
+// Writes the environment the program determines at start-up to the profile file named on its command
+// line (section "environment"), so a test can run it under each emulated Windows edition in a process
+// of its own.
+#include <windows.h>
+
 #include <cstdio>
 #include <string>
 
 #include "system/Environment.h"
 
-int main() {
+int main(int argc, char** argv) {
+  if (argc < 2) return 2;
   const vx::Environment e = vx::DetectEnvironment();
-  auto line = [](const char* name, const std::string& value) { std::printf("%s=%s\n", name, value.c_str()); };
+  auto line = [&](const char* name, const std::string& value) {
+    WritePrivateProfileStringA("environment", name, value.c_str(), argv[1]);
+  };
   auto hex = [](const std::string& bytes) {
     std::string out;
     char b[4];
