@@ -401,6 +401,8 @@ void Main::Form_Unload() {
   if (restartLater) modMsgbox::RestartLater();
   if (modRegistry::GetDword(kSettingsKey, "Active Tab") != 0)
     modRegistry::SaveDword(kSettingsKey, "Active Tab", CurrentTab());
+  // The settings tree is empty until its catalogue fills it; its on/off nodes are keyed by their
+  // captions, which is what is recorded here (numeric nodes will need their own keys then).
   if (TreeView_GetCount(settingsTree_) >= 2) {
     char text[260] = {};
     TVITEMA item{};
