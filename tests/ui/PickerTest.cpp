@@ -97,9 +97,7 @@ TEST_F(frmChangeIconTest, ArrowKeysMoveTheSelectionWithinTheGridAndScroll) {
   std::vector<Step> steps = {[&](HWND) { PostKey(moves[0].key); }};
   for (size_t i = 0; i < std::size(moves); ++i) {
     steps.push_back([&, i](HWND) {
-      SCOPED_TRACE(i);
-      EXPECT_EQ(form.SelectedIndex(), moves[i].index);
-      EXPECT_EQ(form.ScrollValue(), moves[i].scroll);
+      EXPECT_EQ(std::pair(form.SelectedIndex(), form.ScrollValue()), std::pair(moves[i].index, moves[i].scroll)) << i;
       if (i + 1 < std::size(moves)) PostKey(moves[i + 1].key);
       else Click(Item(IDOK));
     });
