@@ -11,7 +11,6 @@ namespace {
 
 using ui::frmChangeIcon;
 using vxtest::Click, vxtest::Step, vxtest::PostKey;
-constexpr int kCell = frmChangeIcon::kCell;
 
 #pragma pack(push, 2)
 struct GroupIcon {  // an icon group of one image
@@ -19,8 +18,7 @@ struct GroupIcon {  // an icon group of one image
 };
 #pragma pack(pop)
 
-// A module holding exactly `count` single-colour 32 x 32 icons: a copy of this test program with its
-// resources replaced.
+// A module holding exactly `count` single-colour 32 x 32 icons: this test program with its resources replaced.
 bool WriteIconLibrary(const std::string& path, int count) {
   if (!CopyFileA(ui::ModulePath().c_str(), path.c_str(), FALSE)) return false;
   HANDLE update = BeginUpdateResourceA(path.c_str(), TRUE);
@@ -64,69 +62,48 @@ class frmChangeIconTest : public ::testing::Test {
   frmChangeIcon form;
 };
 
-TEST_F(frmChangeIconTest, GridSizeAndScrollingFollowTheIconCount) {
-  const struct { int count, width; bool scrolls; int scrollMax; } cases[] = {
-      {1, 38, false, 0}, {5, 76, false, 0}, {32, 304, false, 0}, {33, 342, true, 38},
+// Through the seam: OK and Enter return the cell chosen, Cancel and Escape leave the index alone.
+TEST_F(frmChangeIconTest, GridWidthAndScrollingFollowTheIconCountAndOnlyOkOrEnterChoose) {
+  const struct { int count, width; bool scrolls; Step leave; bool chosen; } cases[] = {
+      {1, 38, false, [](HWND d) { Click(GetDlgItem(d, IDCANCEL)); }, false},
+      {5, 76, false, [](HWND d) { Click(GetDlgItem(d, IDOK)); }, true},
+      {32, 304, false, [](HWND) { PostKey(VK_ESCAPE); }, false},
+      {33, 342, true, [](HWND) { PostKey(VK_RETURN); }, true},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.count);
-    Run(Library(c.count), 0, {[&](HWND) {
-          RECT grid;
-          GetClientRect(form.GridWindow(), &grid);
-          EXPECT_EQ(grid.right, c.width);
-          EXPECT_EQ(grid.bottom, 4 * kCell);
-          EXPECT_EQ(IsWindowEnabled(Item(IDC_CI_SCROLL)) != FALSE, c.scrolls);
-          EXPECT_EQ(form.ScrollMax(), c.scrollMax);
-          Click(Item(IDCANCEL));
-        }});
+    std::string file = Library(c.count);
+    int16_t index = 0;
+    const Step look = [&](HWND d) {
+      RECT grid;
+      GetClientRect(GetDlgItem(GetDlgItem(d, IDC_CI_CONTAINER), IDC_CI_LIST), &grid);
+      EXPECT_EQ(grid.right, c.width);
+      EXPECT_EQ(IsWindowEnabled(GetDlgItem(d, IDC_CI_SCROLL)) != FALSE, c.scrolls);
+      PostKey(VK_DOWN);
+    };
+    EXPECT_EQ(vxtest::RunModal("Change Icon", {look, c.leave},
+                               [&] { return ui::RealSeam().ChooseIcon(nullptr, file, index); }), c.chosen);
+    EXPECT_EQ(index, c.chosen ? 1 : 0);
   }
 }
 
-TEST_F(frmChangeIconTest, ChooseIconSelectsTheGivenIndexAndScrollsItIntoView) {
-  EXPECT_FALSE(Run(vxtest::Shell32(), 150, {[&](HWND) {
-                     EXPECT_EQ(form.SelectedIndex(), 150);
-                     RECT sel = form.SelectionRect();
-                     EXPECT_EQ(std::pair(sel.left, sel.top), std::pair(37L * kCell, 2L * kCell));
-                     EXPECT_EQ(form.ScrollValue(), 30 * kCell);
-                     Click(Item(IDCANCEL));
-                   }}));
-  EXPECT_EQ(form.IconIndex, 150);
-}
-
 TEST_F(frmChangeIconTest, ArrowKeysMoveTheSelectionWithinTheGridAndScroll) {
-  // From cell 0 of the 33-icon file: the index and scroll value after each key; the edges hold.
+  // From cell 0 of the 33-icon file: index and scroll after each key; the edges hold, the ninth column scrolls.
   const struct { UINT key; int index, scroll; } moves[] = {
-      {VK_UP, 0, 0},     {VK_LEFT, 0, 0},   {VK_DOWN, 1, 0},   {VK_DOWN, 2, 0},    {VK_DOWN, 3, 0},
-      {VK_DOWN, 3, 0},   {VK_RIGHT, 7, 0},  {VK_UP, 6, 0},     {VK_RIGHT, 10, 0},  {VK_RIGHT, 14, 0},
-      {VK_RIGHT, 18, 0}, {VK_RIGHT, 22, 0}, {VK_RIGHT, 26, 0}, {VK_RIGHT, 30, 0},  {VK_RIGHT, 34, 38},
-      {VK_RIGHT, 34, 38}, {VK_UP, 33, 38},  {VK_UP, 32, 38},  // the ninth column scrolls into view
+      {VK_UP, 0, 0}, {VK_LEFT, 0, 0}, {VK_DOWN, 1, 0}, {VK_DOWN, 2, 0}, {VK_DOWN, 3, 0}, {VK_DOWN, 3, 0},
+      {VK_RIGHT, 7, 0}, {VK_UP, 6, 0}, {VK_RIGHT, 10, 0}, {VK_RIGHT, 14, 0}, {VK_RIGHT, 18, 0}, {VK_RIGHT, 22, 0},
+      {VK_RIGHT, 26, 0}, {VK_RIGHT, 30, 0}, {VK_RIGHT, 34, 38}, {VK_RIGHT, 34, 38}, {VK_UP, 33, 38}, {VK_UP, 32, 38},
   };
   std::vector<Step> steps = {[&](HWND) { PostKey(moves[0].key); }};
   for (size_t i = 0; i < std::size(moves); ++i) {
     steps.push_back([&, i](HWND) {
-      SCOPED_TRACE(i);
-      EXPECT_EQ(form.SelectedIndex(), moves[i].index);
-      EXPECT_EQ(form.ScrollValue(), moves[i].scroll);
+      EXPECT_EQ(std::pair(form.SelectedIndex(), form.ScrollValue()), std::pair(moves[i].index, moves[i].scroll)) << i;
       if (i + 1 < std::size(moves)) PostKey(moves[i + 1].key);
       else Click(Item(IDOK));
     });
   }
   EXPECT_TRUE(Run(Library(33), 0, std::move(steps)));
   EXPECT_EQ(form.IconIndex, 32);
-}
-
-TEST_F(frmChangeIconTest, OkAndEnterReturnTheChoiceCancelAndEscapeChangeNothing) {
-  const std::pair<Step, bool> ways[] = {
-      {[](HWND d) { Click(GetDlgItem(d, IDOK)); }, true}, {[](HWND) { PostKey(VK_RETURN); }, true},
-      {[](HWND d) { Click(GetDlgItem(d, IDCANCEL)); }, false}, {[](HWND) { PostKey(VK_ESCAPE); }, false},
-  };
-  for (const auto& [leave, ok] : ways) {
-    std::string file = Library(33);
-    int16_t index = 1;
-    EXPECT_EQ(vxtest::RunModal("Change Icon", {[](HWND) { PostKey(VK_RIGHT); }, leave},
-                               [&] { return ui::RealSeam().ChooseIcon(nullptr, file, index); }), ok);
-    EXPECT_EQ(index, ok ? 5 : 1) << ok;
-  }
 }
 
 TEST_F(frmChangeIconTest, EnterInTheFileBoxShowsTheTypedFileOrSaysWhyNot) {
@@ -138,15 +115,17 @@ TEST_F(frmChangeIconTest, EnterInTheFileBoxShowsTheTypedFileOrSaysWhyNot) {
   auto refused = [&](const std::string& message, const std::string& next) {
     return [&, message, next](HWND) {
       ASSERT_EQ(seam.messages.size(), 1u);
-      EXPECT_EQ(seam.messages[0].text, message);
-      EXPECT_EQ(seam.messages[0].title, "Change Icon");
-      EXPECT_EQ(seam.messages[0].flags, static_cast<unsigned>(MB_OK | MB_ICONEXCLAMATION));
+      const auto& m = seam.messages[0];
+      EXPECT_EQ(std::tie(m.text, m.title, m.flags),
+                std::tuple(message, std::string("Change Icon"), unsigned(MB_OK | MB_ICONEXCLAMATION)));
       EXPECT_FALSE(IsWindowEnabled(Item(IDOK)));
       seam.messages.clear();
       type(next);
     };
   };
-  Run(Library(33), 32, {[&](HWND dialog) {
+  Run(Library(33), 32, {[&](HWND dialog) {  // the given index is selected and scrolled into view
+        EXPECT_EQ(form.SelectedIndex(), 32);
+        EXPECT_EQ(form.SelectionRect().left, 8 * frmChangeIcon::kCell);
         EXPECT_EQ(form.ScrollValue(), 38);
         SendMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Item(IDC_CI_FILENAME)), TRUE);
         type(missing);

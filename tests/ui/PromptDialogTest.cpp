@@ -1,5 +1,4 @@
-// The prompts: every routine's request, the "do not show again" memory, and the real dialog driven as a
-// person would.
+// The prompts: every routine's request, the "do not show again" memory, and the real dialog.
 
 #include <algorithm>
 
@@ -13,10 +12,6 @@ namespace {
 
 using vxtest::Step;
 
-ui::PromptAnswer Show(const ui::PromptRequest& r, std::vector<Step> steps) {
-  return vxtest::RunModal("Vexillor", std::move(steps), [&] { return ui::RealSeam().ShowPrompt(nullptr, r); });
-}
-
 // Visible buttons from left to right.
 std::vector<HWND> PushButtons(HWND dialog) {
   std::vector<HWND> found;
@@ -27,16 +22,6 @@ std::vector<HWND> PushButtons(HWND dialog) {
   return found;
 }
 
-Step Press(const std::string& caption) {
-  return [caption](HWND dialog) {
-    for (HWND b : PushButtons(dialog))
-      if (ui::GetText(b) == caption) return vxtest::Click(b);
-    ADD_FAILURE() << "no button " << caption;
-  };
-}
-
-const Step kTick = [](HWND dialog) { vxtest::Click(GetDlgItem(dialog, IDC_PROMPT_CHECK)); };
-
 // Each button once, then Escape; every other run ticks the box.
 TEST(PromptDialog, ButtonsStandRightToLeftBySlotAndAnswerTheirSlot) {
   const std::string help = ui::ModulePath().substr(0, ui::ModulePath().rfind('\\')) + "\\Help.hlp 261 ";
@@ -45,12 +30,9 @@ TEST(PromptDialog, ButtonsStandRightToLeftBySlotAndAnswerTheirSlot) {
                  std::string box, slot0Runs; int escape; } cases[] = {
       {"First paragraph.", {"&Cancel", "No", "Yes"}, {"Yes", "No", "&Cancel"}, "Do not ask me this question next time",
        "", 0},
-      {"Hiding Network.", {"&Help", "Cancel", "OK"}, {"OK", "Cancel", "&Help"}, "",
-       help + "Hide, Network Neighborhood", 1},
       {"Vexillor has.", {"&Help", "OK", ""}, {"OK", "&Help"}, "Do not show this dialog again", help + "Icon Cache", 1},
       {"Colours.", {"&Settings...", "OK", ""}, {"OK", "&Settings..."}, "",
        "rundll32.exe shell32.dll,Control_RunDLL desk.cpl,,3", 1},
-      {"Restart?", {"No", "Yes", ""}, {"Yes", "No"}, "", "", 0},
   };
   vxtest::ScriptedSeam seam;  // records help and commands instead of running them
   vxtest::SeamScope scope(seam);
@@ -70,9 +52,13 @@ TEST(PromptDialog, ButtonsStandRightToLeftBySlotAndAnswerTheirSlot) {
       const bool tick = !c.box.empty() && slot % 2;
       SCOPED_TRACE(testing::Message() << c.first << " slot " << slot << " tick " << tick);
       std::vector<Step> steps = {looks};
-      if (tick) steps.push_back(kTick);
-      steps.push_back(slot < n ? Press(c.buttons[slot]) : Step([](HWND) { vxtest::PostKey(VK_ESCAPE); }));
-      ui::PromptAnswer a = Show(r, steps);
+      if (tick) steps.push_back([](HWND d) { vxtest::Click(GetDlgItem(d, IDC_PROMPT_CHECK)); });
+      if (slot == n) steps.push_back([](HWND) { vxtest::PostKey(VK_ESCAPE); });
+      else steps.push_back([&c, slot](HWND d) {  // the button that shows the slot's caption
+          for (HWND b : PushButtons(d))
+            if (ui::GetText(b) == c.buttons[slot]) vxtest::Click(b);
+        });
+      auto a = vxtest::RunModal("Vexillor", steps, [&] { return ui::RealSeam().ShowPrompt(nullptr, r); });
       EXPECT_EQ(a.result, slot < n ? slot : c.escape);
       EXPECT_EQ(a.doNotShow, tick);
       std::string ran;
@@ -90,64 +76,60 @@ TEST(PromptRoutines, EachPromptHasItsTextButtonsAndIcon) {
   const std::string change = "\n\nAre you sure you want to change this setting?";
   const std::string sure = "\n\nAre you sure you want to continue?";
   const std::array<std::string, 3> ok{"OK", "", ""}, cancelOk{"Cancel", "OK", ""}, cancelNoYes{"&Cancel", "No", "Yes"};
-  const struct { const char* name; std::function<int()> show; std::string icon; std::array<std::string, 3> buttons;
+  const struct { std::function<int()> show; std::string icon; std::array<std::string, 3> buttons;
                  std::string message, checkBox = ""; int helpTopic = 0; } cases[] = {
-      {"RestartLater", modMsgbox::RestartLater, "32516", ok,
+      {modMsgbox::RestartLater, "32516", ok,
        "One or more of these changes you have made will only take effect the next time you start Windows."},
-      {"ColourDepth", modMsgbox::ColourDepth, "32513", {"&Settings...", "OK", ""},
+      {modMsgbox::ColourDepth, "32513", {"&Settings...", "OK", ""},
        "Your display is currently configured for 256 colours or less.\n\nTo use high colour icons, your display's "
        "colour palette must be set to either High Colour or True Colour.\n\nYou can change your colour palette "
        "settings by selecting the \"Settings...\" button below."},
-      {"NotepadOnAllFiles", modMsgbox::NotepadOnAllFiles, "32514", cancelOk,
+      {modMsgbox::NotepadOnAllFiles, "32514", cancelOk,
        "Adding Notepad to all files causes conflicts with the Microsoft Office shortcut bar." + change},
-      {"HideNetworkNeighborhood", modMsgbox::HideNetworkNeighborhood, "32515", {"&Help", "Cancel", "OK"},
+      {modMsgbox::HideNetworkNeighborhood, "32515", {"&Help", "Cancel", "OK"},
        "Hiding Network Neighborhood disables shell support for Universal Naming Convention (UNC) notation." + change},
-      {"DisableDesktop", modMsgbox::DisableDesktop, "32515", cancelOk,
+      {modMsgbox::DisableDesktop, "32515", cancelOk,
        "Disabling the Desktop causes a conflict with Internet Explorer 4.0 which may make this change irreversable." +
            change},
-      {"RestoreAllPointers", [] { return modMsgbox::RestoreAllPointers("Windows 98"); }, "32514", cancelOk,
+      {[] { return modMsgbox::RestoreAllPointers("Windows 98"); }, "32514", cancelOk,
        "Restoring all your Windows 98 pointers will return them to Microsoft setup defaults." + sure},
-      {"RestoreAllIcons", [] { return modMsgbox::RestoreAllIcons("Windows NT"); }, "32514", cancelOk,
+      {[] { return modMsgbox::RestoreAllIcons("Windows NT"); }, "32514", cancelOk,
        "Restoring all your Windows NT system icons will return them to Microsoft setup defaults." + sure},
-      {"RestoreAllSettings", [] { return modMsgbox::RestoreAllSettings("Windows 95"); }, "32514", cancelOk,
+      {[] { return modMsgbox::RestoreAllSettings("Windows 95"); }, "32514", cancelOk,
        "Restoring all your Windows 95 system settings will return them to Microsoft setup defaults." + sure},
-      {"SaveBeforeClosing", modMsgbox::SaveBeforeClosing, "32514", cancelNoYes,
-       "Would you like to save your changes before closing?"},
-      {"InvalidTheme", [] { return modMsgbox::InvalidTheme("C:\\My Themes\\odd & end.txt"); }, "32513", ok,
+      {modMsgbox::SaveBeforeClosing, "32514", cancelNoYes, "Would you like to save your changes before closing?"},
+      {[] { return modMsgbox::InvalidTheme("C:\\My Themes\\odd & end.txt"); }, "32513", ok,
        "The file C:\\My Themes\\odd & end.txt does not appear to be a valid theme file."},
-      {"OverwriteTheme", [] { return modMsgbox::OverwriteTheme("Blue Sky"); }, "32514", cancelNoYes,
+      {[] { return modMsgbox::OverwriteTheme("Blue Sky"); }, "32514", cancelNoYes,
        "Are you sure you want to overwrite the Icon Theme:\n\nBlue Sky\n\nIf you tick the box below, theme files will "
        "automatically be overwritten when you click save.", "Do not ask me this question next time"},
-      {"RestartNow", modMsgbox::RestartNow, "32514", {"No", "Yes", ""},
+      {modMsgbox::RestartNow, "32514", {"No", "Yes", ""},
        "You will need to restart your computer for one or more of these changes to take effect.\n\nWould you like to "
        "restart your computer now?"},
-      {"RebuildNotice", [] { return modMsgbox::RebuildNotice("Windows 98"); }, "32515", {"&Help", "OK", ""},
+      {[] { return modMsgbox::RebuildNotice("Windows 98"); }, "32515", {"&Help", "OK", ""},
        "Vexillor has notified Windows 98 of your changes.\n\nWindows 95 and Windows NT contains flaws that can cause "
        "these changes to be ignored under certain conditions.\n\nIf your changes are not applied you will need to "
        "select the \"Rebuild Icon Cache\" option from the File menu.\n\nFor more information about this problem, "
        "please select the \"Help\" button below.", "Do not show this dialog again", 4600},
-      {"EmptyName", modMsgbox::EmptyName, "32515", ok, "You must provide a name for your system icon."},
-      {"RemoveDesktopIni", modMsgbox::RemoveDesktopIni, "32514", cancelOk,
+      {modMsgbox::EmptyName, "32515", ok, "You must provide a name for your system icon."},
+      {modMsgbox::RemoveDesktopIni, "32514", cancelOk,
        "Restoring this icon will remove the 'desktop.ini' file from the selected folder." + sure},
-      {"RemoveAutorunInf", modMsgbox::RemoveAutorunInf, "32514", cancelOk,
+      {modMsgbox::RemoveAutorunInf, "32514", cancelOk,
        "Restoring this icon will remove the 'autorun.inf' file from the selected hard drive." + sure},
-      {"NothingToRestore", modMsgbox::NothingToRestore, "32516", ok,
+      {modMsgbox::NothingToRestore, "32516", ok,
        "You must select a customised folder or hard drive before it can be restored to the default icon."},
   };
   vxtest::RegistryScope registry{{vxtest::kProgramKey}};
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
+    SCOPED_TRACE(c.message);
     vxtest::ScriptedSeam seam;
     vxtest::SeamScope scope(seam);
     seam.promptAnswers.push_back({1, false});  // the pressed slot comes back unchanged
     EXPECT_EQ(c.show(), 1);
     ASSERT_EQ(seam.prompts.size(), 1u);
     const ui::PromptRequest& r = seam.prompts[0];
-    EXPECT_EQ(r.message, c.message);
-    EXPECT_EQ(r.buttons, c.buttons);
-    EXPECT_EQ(r.icon, c.icon);
-    EXPECT_EQ(r.checkBox, c.checkBox);
-    EXPECT_EQ(r.helpTopic, c.helpTopic);
+    EXPECT_EQ(std::tie(r.message, r.buttons, r.icon, r.checkBox, r.helpTopic),
+              std::tie(c.message, c.buttons, c.icon, c.checkBox, c.helpTopic));
     EXPECT_FALSE(vxtest::KeyExists(kSettings));
   }
 }
@@ -156,9 +138,7 @@ TEST(PromptMemory, OneSuppressesThePromptAnyOtherValueShowsItAndTheTickWritesOne
   const std::string one("\1\0\0\0", 4);
   const struct { DWORD type; std::string stored; bool tick; int first, second; } cases[] = {
       {REG_NONE, "", false, 2, 0},  // nothing stored; an unanswered prompt gives slot 0
-      {REG_NONE, "", true, 2, -1},
-      {REG_DWORD, one, false, -1, -1},
-      {REG_DWORD, std::string("\0\0\0\0", 4), false, 2, 0},
+      {REG_NONE, "", true, 2, -1}, {REG_DWORD, one, false, -1, -1},
       {REG_SZ, std::string("1\0", 2), true, 2, -1},  // not a number
   };
   const std::pair<const char*, std::function<int()>> memories[] = {
@@ -174,7 +154,7 @@ TEST(PromptMemory, OneSuppressesThePromptAnyOtherValueShowsItAndTheTickWritesOne
       seam.promptAnswers.push_back({2, c.tick});
       EXPECT_EQ(show(), c.first);
       EXPECT_EQ(show(), c.second);
-      DWORD type = 0;
+      DWORD type = 0;  // what the tick left behind
       std::string bytes;
       const bool remembered = vxtest::ReadRaw(kSettings, value, type, bytes) && type == REG_DWORD && bytes == one;
       EXPECT_EQ(remembered, c.tick || c.first == -1);

@@ -1,5 +1,4 @@
-// The program's resources as the shell sees them, on this test program (which links the same
-// resources) and on the real vexillor.exe next to it: sixteen icons, the version block, the manifest.
+// The program's resources as the shell sees them, in this test program (same resources) and vexillor.exe.
 #include "UiTest.h"
 #include <shellapi.h>
 
@@ -10,13 +9,23 @@
 namespace {
 
 std::vector<std::string> Executables() {
-  std::string p = ui::ModulePath();  // build/tests/test_ui.exe -> build/vexillor.exe
-  for (int i = 0; i < 2; ++i) p = p.substr(0, p.find_last_of('\\'));
-  return {ui::ModulePath(), p + "\\vexillor.exe"};
+  const std::string p = ui::ModulePath();  // build/tests/test_ui.exe -> build/vexillor.exe
+  return {p, p.substr(0, p.rfind('\\', p.rfind('\\') - 1)) + "\\vexillor.exe"};
+}
+
+std::string VersionText(const std::string& exe, const char* name) {
+  DWORD ignored = 0, size = GetFileVersionInfoSizeA(exe.c_str(), &ignored);
+  std::vector<char> block(size);
+  void* value = nullptr;
+  UINT len = 0;
+  if (!size || !GetFileVersionInfoA(exe.c_str(), 0, size, block.data()) ||
+      !VerQueryValueA(block.data(), (std::string("\\StringFileInfo\\040904b0\\") + name).c_str(), &value, &len))
+    return "(missing)";
+  return static_cast<const char*>(value);
 }
 
 // Index 0 is the program icon and index n pointer n, each a different picture.
-TEST(Resources, SixteenDistinctIconsInTheOrderOfTheirIds) {
+TEST(Resources, SixteenDistinctIconsTheVersionBlockAndTheManifest) {
   for (const std::string& exe : Executables()) {
     SCOPED_TRACE(exe);
     HINSTANCE self = GetModuleHandleA(nullptr);
@@ -31,23 +40,6 @@ TEST(Resources, SixteenDistinctIconsInTheOrderOfTheirIds) {
       EXPECT_EQ(pixels, vxtest::Render(byId.get())) << index;
       EXPECT_TRUE(seen.insert(pixels).second) << "index " << index << " repeats an earlier image";
     }
-  }
-}
-
-std::string VersionText(const std::string& exe, const char* name) {
-  DWORD ignored = 0, size = GetFileVersionInfoSizeA(exe.c_str(), &ignored);
-  std::vector<char> block(size);
-  void* value = nullptr;
-  UINT len = 0;
-  if (!size || !GetFileVersionInfoA(exe.c_str(), 0, size, block.data()) ||
-      !VerQueryValueA(block.data(), (std::string("\\StringFileInfo\\040904b0\\") + name).c_str(), &value, &len))
-    return "(missing)";
-  return static_cast<const char*>(value);
-}
-
-TEST(Resources, VersionBlockNamesTheProductAndTheManifestAsksForCommonControlsSix) {
-  for (const std::string& exe : Executables()) {
-    SCOPED_TRACE(exe);
     EXPECT_EQ(VersionText(exe, "ProductName"), "Vexillor");
     EXPECT_EQ(VersionText(exe, "ProductVersion"), "2.06");
     HMODULE mod = LoadLibraryExA(exe.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);

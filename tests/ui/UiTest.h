@@ -11,8 +11,7 @@
 
 namespace vxtest {
 
-class HostWindow : public ui::Window {
- public:
+struct HostWindow : ui::Window {
   explicit HostWindow(int width = 480, int height = 480) {
     Create("VxUiTestHost", 0, WS_OVERLAPPEDWINDOW | WS_VISIBLE, "UI test", 40, 40, width, height, nullptr, nullptr);
   }
@@ -46,12 +45,6 @@ inline std::string TempFolder(const char* name) {
   return path;
 }
 
-// The visible dialog of this thread with that title, or nullptr.
-inline HWND FindThreadDialog(const std::string& title) {
-  HWND h = FindWindowA("#32770", title.c_str());
-  return h && IsWindowVisible(h) && GetWindowThreadProcessId(h, nullptr) == GetCurrentThreadId() ? h : nullptr;
-}
-
 // A key typed into the window that has the focus.
 inline void PostKey(UINT vk) {
   PostMessageA(GetFocus(), WM_KEYDOWN, vk, 1);
@@ -68,11 +61,12 @@ struct Script {
   std::vector<Step> steps;
   size_t next = 0;
   bool leftOpen = false, busy = false;
-  static inline Script* current = nullptr;
+  static inline Script* current = nullptr;  // the timer callback has no context argument
   static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
-    Script* s = current;
-    HWND dialog = s && !s->busy ? FindThreadDialog(s->title) : nullptr;
-    if (!dialog) return;
+    Script* s = current;  // only a visible dialog of this thread counts: test runs may overlap
+    HWND dialog = s && !s->busy ? FindWindowA("#32770", s->title.c_str()) : nullptr;
+    if (!dialog || !IsWindowVisible(dialog) || GetWindowThreadProcessId(dialog, nullptr) != GetCurrentThreadId())
+      return;
     s->busy = true;
     if (s->next < s->steps.size()) s->steps[s->next++](dialog);
     else s->leftOpen = true, EndDialog(dialog, IDCANCEL);
