@@ -2,9 +2,9 @@
 // dialog, through a host that records what the main window would show.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <memory>
 #include <optional>
+#include <tuple>
 
 #include "IconFixtures.h"
 #include "icons/IconApply.h"
@@ -60,12 +60,10 @@ class Edits : public ::testing::Test, public vx::EditHost {
 };
 
 TEST_F(Edits, SelectionShowsTheLocationAndSetsTheButtons) {
-  EXPECT_EQ(At(vx::kTabDrives, "Hard Drive"), shell + ",9");  // with the stored override
   List(vx::kTabPointers)->Change("Move", "C:\\vxtest\\move.cur", 0);
   const std::optional<bool> same;
   struct { int tab; const char* key; std::string info; std::optional<bool> defaultOn, renameOn; } cases[] = {
       {vx::kTabDesktop, "Recycle Bin (full)", "", same, true},
-      {vx::kTabStart, "Programs", "", true, false},
       {vx::kTabSystem, "Zip File", "", false, same},
       {vx::kTabPointers, "Busy", "Windows Default Cursor", false, false},
       {vx::kTabPointers, "Move", "C:\\vxtest\\move.cur", true, false},
@@ -77,8 +75,7 @@ TEST_F(Edits, SelectionShowsTheLocationAndSetsTheButtons) {
     EXPECT_EQ(defaultOn, c.defaultOn) << c.key;
     EXPECT_EQ(renameOn, c.renameOn) << c.key;
   }
-  // Only paging and arrow keys (33, 34, 38, 40) run the selection handler.
-  for (int code : {33, 34, 38, 40, 13, 37}) {
+  for (int code : {33, 34, 38, 40, 13, 37}) {  // only the paging and arrow keys select
     info = "-";
     vx::lstbxIcons_KeyDown(*this, vx::kTabPointers, code, 0);
     EXPECT_EQ(info, code == 13 || code == 37 ? "-" : "C:\\vxtest\\move.cur") << code;
@@ -91,12 +88,10 @@ TEST_F(Edits, ChangeTakesThePickersChoice) {
   seam.iconChoices = {{true, shell, 9}, {false, "", 0}, {true, shell, 41}};
   vx::cmdChange_Click(*this);
   vx::cmdChange_Click(*this);
-  EXPECT_EQ(seam.iconAsks[0].file + "," + std::to_string(seam.iconAsks[0].index), shell + ",9");
-  EXPECT_EQ(At(vx::kTabDrives, "Hard Drive"), shell + ",9");
+  EXPECT_EQ(seam.iconAsks[0].file + "," + std::to_string(seam.iconAsks[0].index), shell + ",9");  // the stored one
   EXPECT_FALSE(applyOn || pending);
   vx::cmdChange_Click(*this);
-  EXPECT_EQ(At(vx::kTabDrives, "Hard Drive"), shell + ",41");
-  EXPECT_EQ(info, shell + ",41");
+  EXPECT_EQ(At(vx::kTabDrives, "Hard Drive") + "|" + info, shell + ",41|" + shell + ",41");
   EXPECT_TRUE(applyOn && pending);
   EXPECT_EQ(modRegistry::GetString(vx::kShellIconsKey, "8"), shell + ",9");  // only Apply writes
 
@@ -109,6 +104,7 @@ TEST_F(Edits, ChangeTakesThePickersChoice) {
 TEST_F(Edits, ChangeOnTheExplorerTabStartsFromTheKindsIcon) {
   const vxtest::SavedFile autorun("C:\\autorun.inf");  // the drive root's choice is written at once
   List(vx::kTabFolders)->Change("Closed Folder", shell, 4);
+  tab = vx::kTabExplorer;
   struct { std::string info, path, start; } cases[] = {
       {"", "C:\\vxtest", ""},  // nothing selected: no picker
       {"", "C:\\", shell + ",9"},  // the Hard Drive item's icon
@@ -116,23 +112,19 @@ TEST_F(Edits, ChangeOnTheExplorerTabStartsFromTheKindsIcon) {
       {"C:\\vxtest\\own.ico,2", "C:\\vxtest", "C:\\vxtest\\own.ico,2"},
   };
   for (const auto& c : cases) {
-    tab = vx::kTabExplorer;
     info = c.info;
     explorerPath = c.path;
     seam.iconAsks.clear();
     seam.iconChoices = {{true, shell, 77}};
     vx::cmdChange_Click(*this);
-    const auto& asks = seam.iconAsks;
-    EXPECT_EQ(asks.empty() ? "" : asks[0].file + "," + std::to_string(asks[0].index), c.start) << c.path;
+    const auto& ask = seam.iconAsks;
+    EXPECT_EQ(ask.empty() ? "" : ask[0].file + "," + std::to_string(ask[0].index), c.start) << c.path;
   }
 }
 
 TEST_F(Edits, DefaultIconRestoresTheWindowsDefaultInTheList) {
-  const std::string sys = vxtest::SystemFolder();
   struct { int tab; const char* key; std::string location; } cases[] = {
       {vx::kTabDesktop, "My Computer", vxtest::WindowsFolder() + "\\explorer.exe,0"},
-      {vx::kTabDesktop, "In Box", sys + "\\cool.dll,30"},
-      {vx::kTabFolders, "Printers", shell + ",52"},
       {vx::kTabSystem, "MS-DOS Batch File", shell + ",65"},
       {vx::kTabSystem, "Zip File", shell + ",5"},  // no default: keeps its icon, no mark
   };
@@ -140,8 +132,7 @@ TEST_F(Edits, DefaultIconRestoresTheWindowsDefaultInTheList) {
     List(c.tab)->Change(c.key, shell, 5);
     Select(c.tab, c.key);
     vx::cmdDefault_Click(*this);
-    EXPECT_EQ(At(c.tab, c.key), c.location) << c.key;
-    EXPECT_EQ(info, c.location) << c.key;
+    EXPECT_EQ(At(c.tab, c.key) + "|" + info, c.location + "|" + c.location);
     EXPECT_EQ(pending && applyOn, c.location != shell + ",5") << c.key;
   }
 }
@@ -153,18 +144,14 @@ TEST_F(Edits, PointersChooseACursorFileAndGoBackToTheDefault) {
   EXPECT_EQ(At(vx::kTabPointers, "Busy"), "C:\\vxtest\\busy.ani,0");
   EXPECT_TRUE(applyOn && !pending);
   vx::cmdChange_Click(*this);  // cancelled: keeps the item
-  EXPECT_EQ(At(vx::kTabPointers, "Busy"), "C:\\vxtest\\busy.ani,0");
   ASSERT_EQ(seam.fileDialogs.size(), 2u);  // "Windows Default Cursor" names no file; then the shown one
   EXPECT_EQ(seam.fileDialogs[0].initialFile + "|" + seam.fileDialogs[1].initialFile, "|C:\\vxtest\\busy.ani");
 
-  for (auto [key, n] : {std::pair{"Busy", 4}, {"Hand", 15}}) {
-    List(vx::kTabPointers)->Change(key, "C:\\vxtest\\other.cur", 0);
-    Select(vx::kTabPointers, key);
-    vx::cmdDefault_Click(*this);
-    EXPECT_EQ(At(vx::kTabPointers, key), env.exePath + "," + std::to_string(n));
-    EXPECT_EQ(info, "Windows Default Cursor");
-    EXPECT_EQ(defaultOn, false);
-  }
+  List(vx::kTabPointers)->Change("Hand", "C:\\vxtest\\other.cur", 0);
+  Select(vx::kTabPointers, "Hand");
+  vx::cmdDefault_Click(*this);
+  EXPECT_EQ(At(vx::kTabPointers, "Hand") + "|" + info, env.exePath + ",15|Windows Default Cursor");
+  EXPECT_EQ(defaultOn, false);
 }
 
 TEST_F(Edits, RenameSetsTheCaptionOnly) {
@@ -174,11 +161,9 @@ TEST_F(Edits, RenameSetsTheCaptionOnly) {
   seam.names = {std::string("Bin"), std::nullopt, std::string("My Computer")};
   vx::cmdRename_Click(*this);
   ASSERT_EQ(seam.nameAsks.size(), 1u);
-  EXPECT_EQ(seam.nameAsks[0].label, "Type a new name for Recycle Bin (full)");
-  EXPECT_EQ(seam.nameAsks[0].text, "Recycle Bin");
+  EXPECT_EQ(seam.nameAsks[0].label + "|" + seam.nameAsks[0].text, "Type a new name for Recycle Bin (full)|Recycle Bin");
   EXPECT_EQ(desk.ItemCaption("Recycle Bin (empty)") + "|" + desk.ItemCaption("Recycle Bin (full)"),
             "Bin (empty)|Bin (full)");
-  EXPECT_EQ(desk.Key(6) + "|" + desk.Key(7), "Recycle Bin (empty)|Recycle Bin (full)");
   EXPECT_EQ(At(vx::kTabDesktop, "Recycle Bin (full)"), icon);
   EXPECT_TRUE(pending && applyOn);
 
@@ -191,18 +176,16 @@ TEST_F(Edits, RenameSetsTheCaptionOnly) {
   EXPECT_EQ(seam.nameAsks.size(), 3u);
 }
 
-// Apply reads the lists as they stand; keys no list holds ("Printer") read as empty, never ",0", and with
-// no cursor scheme every pointer is the Windows default, an empty value.
+// Apply reads the lists as they stand; a key no list holds ("Printer") and a pointer at the Windows
+// default read as empty, never ",0".
 TEST_F(Edits, ApplyWritesWhatTheListsHold) {
   List(vx::kTabDrives)->Change("Hard Drive", shell, 41);
-  const auto lines = vx::Describe(vx::BuildIconApplyPlan(env, real->catalogue, real->lists, {}));
-  auto has = [&](const char* key, const char* value, const std::string& text) {
-    return std::count(lines.begin(), lines.end(), vx::Describe(vx::SetString(key, value, text))) == 1;
-  };
-  EXPECT_TRUE(has(vx::kShellIconsKey, "8", shell + ",41"));
-  EXPECT_TRUE(has(vx::kShellIconsKey, "16", ""));
-  EXPECT_TRUE(has(vx::kCursorsKey, "Wait", ""));
-  for (const auto& line : lines) EXPECT_EQ(line.find("= \",0\""), std::string::npos) << line;
+  std::string all;
+  for (const auto& line : vx::Describe(vx::BuildIconApplyPlan(env, real->catalogue, real->lists, {}))) all += line;
+  for (const auto& [key, value, text] : {std::tuple{vx::kShellIconsKey, "8", shell + ",41"},
+                                         {vx::kShellIconsKey, "16", ""}, {vx::kCursorsKey, "Wait", ""}})
+    EXPECT_NE(all.find(vx::Describe(vx::SetString(key, value, text))), std::string::npos) << value;
+  EXPECT_EQ(all.find("= \",0\""), std::string::npos);
 }
 
 }  // namespace

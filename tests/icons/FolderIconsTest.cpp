@@ -3,14 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <string>
-#include <vector>
 
 #include "IconFixtures.h"
 #include "icons/FolderIcons.h"
 #include "icons/Refresh.h"
-#include "registry/modRegistry.h"
-#include "support/RegistryScope.h"
 #include "support/ScriptedSeam.h"
 
 namespace {
@@ -18,10 +14,10 @@ namespace {
 const std::string kBase = "C:\\VXFOLDERS";  // so that one folder's path is all upper case
 const std::string kMixed = kBase + "\\Some Folder", kUpper = kBase + "\\ALL UPPER";
 const std::string kRoot = "C:\\", kMine = "C:\\icons\\mine.dll";
-const std::string kSure = "\n\nAre you sure you want to continue?";
-const std::string kRemoveIni = "Restoring this icon will remove the 'desktop.ini' file from the selected folder." + kSure;
-const std::string kRemoveInf =
-    "Restoring this icon will remove the 'autorun.inf' file from the selected hard drive." + kSure;
+std::string Removes(const std::string& file, const std::string& from) {
+  return "Restoring this icon will remove the '" + file + "' file from the selected " + from +
+         ".\n\nAre you sure you want to continue?";
+}
 
 std::string Profile(const std::string& file, const char* section, const char* key) {
   char buf[MAX_PATH] = "";
@@ -34,10 +30,7 @@ DWORD Attributes(const std::string& path) { return GetFileAttributesA(path.c_str
 // A name list up to its empty entry, "|" between names.
 std::string Names(const char* list) {
   std::string names;
-  for (const char* p = list; *p; p += strlen(p) + 1) {
-    if (!names.empty()) names += '|';
-    names += p;
-  }
+  for (const char* p = list; *p; p += strlen(p) + 1) names.append(names.empty() ? "" : "|").append(p);
   return names;
 }
 
@@ -83,13 +76,10 @@ class FolderIcons : public ::testing::Test {
                         " " + std::to_string(op.fFlags) + ": " + Names(op.pFrom) + " > " + Names(op.pTo));
       return 0;
     });
-    savedSize = vxtest::ReadRaw(vx::kWindowMetricsKey, "Shell Icon Size", sizeType, size);
     for (const auto& dir : {kBase, kMixed, kUpper}) CreateDirectoryA(dir.c_str(), nullptr);
   }
   ~FolderIcons() override {
     vx::SetShellFileOperation(realOperation);
-    if (savedSize) vxtest::WriteRaw(vx::kWindowMetricsKey, "Shell Icon Size", sizeType, size);
-    else modRegistry::DeleteValue(vx::kWindowMetricsKey, "Shell Icon Size");
     for (const auto& dir : {kMixed, kUpper}) {
       SetFileAttributesA((dir + "\\desktop.ini").c_str(), FILE_ATTRIBUTE_NORMAL);
       DeleteFileA((dir + "\\desktop.ini").c_str());
@@ -108,87 +98,71 @@ class FolderIcons : public ::testing::Test {
   }
 
   const vxtest::SavedFile autorun{"C:\\autorun.inf"};
+  vxtest::KeySnapshot metrics{{vx::kWindowMetricsKey}};  // the cache rebuild writes the icon size
   vxtest::RegistryScope scope{{vxtest::kProgramKey}};
   vxtest::ScriptedSeam seam;
   vxtest::SeamScope seamScope{seam};
   ExplorerHost host;
   std::vector<std::string> renames;
   vx::ShellFileOperation realOperation;
-  bool savedSize = false;
-  DWORD sizeType = 0;
-  std::string size;
 };
 
-TEST_F(FolderIcons, ChangeWritesTheFoldersDesktopIniAtOnce) {
-  for (const auto& dir : {kMixed, kUpper}) {
-    Change(dir, kMine, 7);
-    const std::string ini = dir + "\\desktop.ini";
-    EXPECT_EQ(Profile(ini, ".ShellClassInfo", "IconFile"), kMine);
-    EXPECT_EQ(Profile(ini, ".ShellClassInfo", "IconIndex"), "7");
-    EXPECT_EQ(Attributes(dir), static_cast<DWORD>(FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_DIRECTORY));
-    EXPECT_EQ(Attributes(ini), static_cast<DWORD>(FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE));
-    EXPECT_EQ(host.info, kMine + ",7");
-    EXPECT_EQ(host.log, "rename rename click refresh ");  // no Apply, no cache rebuild
-  }
-  EXPECT_TRUE(host.pending);
-  EXPECT_TRUE(seam.prompts.empty());
-}
+// A folder's choice goes to its desktop.ini at once, with no Apply and no cache rebuild; a drive's to
+// the root's autorun.inf, keeping the rest of the file, and the cache is rebuilt (its notice clears the mark).
+TEST_F(FolderIcons, ChangeWritesDesktopIniOrAutorunInfAtOnce) {
+  Change(kUpper, kMine, 7);
+  const std::string ini = kUpper + "\\desktop.ini";
+  EXPECT_EQ(Profile(ini, ".ShellClassInfo", "IconFile") + "," + Profile(ini, ".ShellClassInfo", "IconIndex"),
+            kMine + ",7");
+  EXPECT_EQ(Attributes(kUpper), static_cast<DWORD>(FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_DIRECTORY));
+  EXPECT_EQ(Attributes(ini), static_cast<DWORD>(FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE));
+  EXPECT_EQ(host.info, kMine + ",7");
+  EXPECT_EQ(host.log, "rename rename click refresh ");
+  EXPECT_TRUE(host.pending && seam.prompts.empty());
 
-TEST_F(FolderIcons, ChangeForTheRootWritesAutorunInfAndRebuildsTheCache) {
   WritePrivateProfileStringA("AUTORUN", "open", "setup.exe", "C:\\autorun.inf");
   Change(kRoot, kMine, -3);
   EXPECT_EQ(Profile("C:\\autorun.inf", "AUTORUN", "Icon"), kMine + ",-3");
-  EXPECT_EQ(Profile("C:\\autorun.inf", "AUTORUN", "open"), "setup.exe");  // the rest of the file stays
+  EXPECT_EQ(Profile("C:\\autorun.inf", "AUTORUN", "open"), "setup.exe");
   EXPECT_EQ(host.log, "rebuild refresh refresh ");
   ASSERT_EQ(seam.prompts.size(), 1u);
   EXPECT_EQ(seam.prompts[0].message.substr(0, 49), "Vexillor has notified Windows 98 of your changes.");
-  EXPECT_FALSE(host.pending);  // the rebuild's notice clears it
+  EXPECT_FALSE(host.pending);
 }
 
+// Answer -1: the selection has no icon of its own, so nothing is touched, not even the info bar.
 TEST_F(FolderIcons, DefaultIconRestoresOnlyWhatTheUserConfirms) {
-  const struct {
-    std::string path, file, prompt;
-    int answer;  // slot 0 Cancel, slot 1 OK
-    std::string log;
-  } cases[] = {
-      {kMixed, kMixed + "\\desktop.ini", kRemoveIni, 0, "click focus refresh "},
-      {kUpper, kUpper + "\\desktop.ini", kRemoveIni, 1, "rename rename click focus refresh "},
-      {kRoot, "C:\\autorun.inf", kRemoveInf, 0, "click focus refresh "},
-      {kRoot, "C:\\autorun.inf", kRemoveInf, 1, "rebuild refresh click focus refresh "},
+  const std::string notCustomised =
+      "You must select a customised folder or hard drive before it can be restored to the default icon.";
+  const struct { std::string path, file, prompt; int answer; std::string log; } cases[] = {  // 0 Cancel, 1 OK
+      {kMixed, kMixed + "\\desktop.ini", Removes("desktop.ini", "folder"), 0, "click focus refresh "},
+      {kUpper, kUpper + "\\desktop.ini", Removes("desktop.ini", "folder"), 1, "rename rename click focus refresh "},
+      {kRoot, "C:\\autorun.inf", Removes("autorun.inf", "hard drive"), 1, "rebuild refresh click focus refresh "},
+      {kMixed, "", notCustomised, -1, ""}, {kRoot, "", notCustomised, -1, ""},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.path + " answer " + std::to_string(c.answer));
-    Change(c.path, kMine, 2);
-    host.lstbxExplorer_Click();  // a drive's change leaves the info bar as it was
-    ASSERT_EQ(host.info, kMine + ",2");
+    host.path = c.path;
+    host.info = "Windows Default Icon";
+    if (c.answer >= 0) {
+      Change(c.path, kMine, 2);
+      host.lstbxExplorer_Click();  // a drive's change leaves the info bar as it was
+    }
     host.log.clear();
     seam.prompts.clear();
     seam.promptAnswers = {{c.answer, false}};
     vx::cmdDefault_Click(host);
     ASSERT_GE(seam.prompts.size(), 1u);
     EXPECT_EQ(seam.prompts[0].message, c.prompt);
-    EXPECT_EQ(seam.prompts[0].icon, "32514");
-    EXPECT_EQ(host.info, c.answer ? "Windows Default Icon" : kMine + ",2");
+    EXPECT_EQ(seam.prompts[0].icon, c.answer < 0 ? "32516" : "32514");
+    EXPECT_EQ(host.info, c.answer == 0 ? kMine + ",2" : "Windows Default Icon");
     EXPECT_EQ(host.log, c.log);
+    if (c.answer < 0) continue;
     EXPECT_EQ(Attributes(c.file) == INVALID_FILE_ATTRIBUTES, c.answer == 1);
+    const DWORD folder = FILE_ATTRIBUTE_DIRECTORY | (c.answer ? 0 : FILE_ATTRIBUTE_SYSTEM);
     if (c.path != kRoot) {
-      const DWORD folder = FILE_ATTRIBUTE_DIRECTORY | (c.answer ? 0 : FILE_ATTRIBUTE_SYSTEM);
       EXPECT_EQ(Attributes(c.path), folder);
     }
-  }
-}
-
-TEST_F(FolderIcons, DefaultIconOnAnUncustomisedSelectionAsksForACustomisedOne) {
-  for (const auto& path : {kMixed, kRoot}) {
-    host.path = path;
-    host.info = "Windows Default Icon";
-    seam.prompts.clear();
-    vx::cmdDefault_Click(host);
-    ASSERT_EQ(seam.prompts.size(), 1u);
-    EXPECT_EQ(seam.prompts[0].message,
-              "You must select a customised folder or hard drive before it can be restored to the default icon.");
-    EXPECT_EQ(seam.prompts[0].icon, "32516");
-    EXPECT_EQ(host.log, "");  // nothing touched, not even the info bar
   }
 }
 
@@ -196,7 +170,6 @@ TEST_F(FolderIcons, ShellFileRefreshRenamesToTheOtherCaseAndBack) {
   const struct { std::string path, other; } cases[] = {
       {kMixed, "C:\\VXFOLDERS\\SOME FOLDER"},
       {kUpper, "c:\\vxfolders\\all upper"},
-      {"C:\\VXFOLDERS\\ALL UPPEr", kUpper},
       {"C:\\123", "c:\\123"},  // nothing to raise counts as all upper case
   };
   for (const auto& c : cases) {
