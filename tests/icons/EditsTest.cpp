@@ -2,8 +2,6 @@
 // dialog, through a host that records what the main window would show.
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <optional>
 #include <tuple>
 
 #include "IconFixtures.h"
@@ -13,30 +11,13 @@
 
 namespace {
 
-// The fixture is the main window for the commands: real lists, and a record of what it would show.
-class Edits : public ::testing::Test, public vx::EditHost {
+class Edits : public ::testing::Test, public vxtest::RecordingHost {
  protected:
-  Edits() {
+  Edits() : RecordingHost(vxtest::Env("Win98", "4.72.3110.0", true)) {
     modRegistry::SaveString("HKEY_CLASSES_ROOT\\.zip", "", "vxtest.zip");  // lists "Zip File"
     modRegistry::SaveString(vx::kShellIconsKey, "8", shell + ",9");
     real = std::make_unique<vxtest::RealLists>(env);
   }
-  HWND Owner() override { return real->window.hwnd(); }
-  const vx::Environment& Env() override { return env; }
-  const std::vector<vx::IconItem>& Catalogue() override { return real->catalogue; }
-  int CurrentTab() override { return tab; }
-  ui::ListBoxIcons* List(int t) override { return t >= 0 && t < 10 ? real->lists[t] : nullptr; }
-  std::string InfoBar() override { return info; }
-  void SetInfoBar(const std::string& text) override { info = text; }
-  void EnableDefault(bool on) override { defaultOn = on; }
-  void EnableRename(bool on) override { renameOn = on; }
-  void EnableApply() override { applyOn = true; }
-  void SetRebuildCachePending() override { pending = true; }
-  std::string ExplorerPath() override { return explorerPath; }
-  void RefreshFolderTree() override {}
-  void FocusFolderTree() override {}
-  void lstbxExplorer_Click() override {}
-  void RebuildIconCache() override {}
 
   // Selects an item as the user would, then forgets every mark.
   void Select(int t, const std::string& key) {
@@ -51,12 +32,6 @@ class Edits : public ::testing::Test, public vx::EditHost {
   vxtest::ScriptedSeam seam;
   vxtest::SeamScope seamScope{seam};
   const std::string shell = vxtest::Shell32();
-  const vx::Environment env = vxtest::Env("Win98", "4.72.3110.0", true);
-  std::unique_ptr<vxtest::RealLists> real;
-  int tab = vx::kTabDesktop;
-  std::string info, explorerPath;
-  std::optional<bool> defaultOn, renameOn;
-  bool applyOn = false, pending = false;
 };
 
 TEST_F(Edits, SelectionShowsTheLocationAndSetsTheButtons) {
@@ -113,7 +88,7 @@ TEST_F(Edits, ChangeOnTheExplorerTabStartsFromTheKindsIcon) {
   };
   for (const auto& c : cases) {
     info = c.info;
-    explorerPath = c.path;
+    path = c.path;
     seam.iconAsks.clear();
     seam.iconChoices = {{true, shell, 77}};
     vx::cmdChange_Click(*this);

@@ -34,36 +34,17 @@ std::string Names(const char* list) {
   return names;
 }
 
-// The main window's Explorer tab, keeping a log of the calls that order matters for.
-class ExplorerHost : public vx::EditHost {
- public:
-  HWND Owner() override { return nullptr; }
-  const vx::Environment& Env() override { return env; }
-  const std::vector<vx::IconItem>& Catalogue() override { return catalogue; }
-  int CurrentTab() override { return vx::kTabExplorer; }
-  ui::ListBoxIcons* List(int) override { return nullptr; }
-  std::string InfoBar() override { return info; }
-  void SetInfoBar(const std::string& text) override { info = text; }
-  void EnableDefault(bool) override {}
-  void EnableRename(bool) override {}
-  void EnableApply() override { log += "apply "; }
-  void SetRebuildCachePending() override { pending = true; }
-  std::string ExplorerPath() override { return path; }
-  void RefreshFolderTree() override { log += "refresh "; }
-  void FocusFolderTree() override { log += "focus "; }
+// The Explorer tab shows what the shell reads from disk, and a rebuild is the real one.
+struct ExplorerHost : vxtest::RecordingHost {
+  ExplorerHost() : RecordingHost(vxtest::Env("Win98")) {}
   void lstbxExplorer_Click() override {
-    log += "click ";
-    info = vx::FolderIconInfo(path, env.systemFolder);  // what the main window shows
+    RecordingHost::lstbxExplorer_Click();
+    info = vx::FolderIconInfo(path, env.systemFolder);
   }
   void RebuildIconCache() override {
-    log += "rebuild ";
+    RecordingHost::RebuildIconCache();
     vx::RebuildIconCache(env, pending, [this] { RefreshFolderTree(); });
   }
-
-  vx::Environment env = vxtest::Env("Win98");
-  std::vector<vx::IconItem> catalogue;
-  std::string path, info, log;
-  bool pending = false;
 };
 
 class FolderIcons : public ::testing::Test {

@@ -4,10 +4,13 @@
 #include <windows.h>
 
 #include <array>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "icons/Catalogue.h"
+#include "icons/IconEdits.h"
 #include "registry/modRegistry.h"
 #include "support/KeySnapshot.h"
 #include "support/RegistryScope.h"
@@ -88,11 +91,40 @@ class SavedFile {
     DeleteFileA(path_.c_str());
     MoveFileA(aside_.c_str(), path_.c_str());
   }
-  SavedFile(const SavedFile&) = delete;
-  SavedFile& operator=(const SavedFile&) = delete;
 
  private:
   std::string path_, aside_;
+};
+
+// The main window as the edit commands see it (with real lists when a test makes them): what it would
+// show, and a log of the calls whose order matters.
+class RecordingHost : public vx::EditHost {
+ public:
+  explicit RecordingHost(vx::Environment e) : env(std::move(e)) {}
+  HWND Owner() override { return real ? real->window.hwnd() : nullptr; }
+  const vx::Environment& Env() override { return env; }
+  const std::vector<vx::IconItem>& Catalogue() override { return real ? real->catalogue : none; }
+  int CurrentTab() override { return tab; }
+  ui::ListBoxIcons* List(int t) override { return real && t >= 0 && t < 10 ? real->lists[t] : nullptr; }
+  std::string InfoBar() override { return info; }
+  void SetInfoBar(const std::string& text) override { info = text; }
+  void EnableDefault(bool on) override { defaultOn = on; }
+  void EnableRename(bool on) override { renameOn = on; }
+  void EnableApply() override { applyOn = true, log += "apply "; }
+  void SetRebuildCachePending() override { pending = true; }
+  std::string ExplorerPath() override { return path; }
+  void RefreshFolderTree() override { log += "refresh "; }
+  void FocusFolderTree() override { log += "focus "; }
+  void lstbxExplorer_Click() override { log += "click "; }
+  void RebuildIconCache() override { log += "rebuild "; }
+
+  const vx::Environment env;
+  std::unique_ptr<RealLists> real;
+  const std::vector<vx::IconItem> none;
+  int tab = vx::kTabExplorer;
+  std::string path, info, log;
+  std::optional<bool> defaultOn, renameOn;
+  bool applyOn = false, pending = false;
 };
 
 }  // namespace vxtest
