@@ -1,4 +1,4 @@
-// The icon half of Apply: the plan as data, executed and undone; the cache rebuild, its notice, the restart offer.
+// The icon half of Apply: the plan as data, executed and undone; the cache rebuild plan; the restart offer.
 #include <gtest/gtest.h>
 
 #include <tuple>
@@ -39,8 +39,7 @@ Environment Env(const char* code, const char* ie = "Error", bool order = false) 
   return env;
 }
 
-// Document types with and without a class.
-struct Fixture {
+struct Fixture {  // document types with and without a class
   FakeLists lists;
   std::vector<IconItem> catalogue;
   explicit Fixture(const Environment& env) {
@@ -185,26 +184,6 @@ TEST(Rebuild, BumpsTheIconSizeBetweenTwoBroadcasts) {
                                                Set(kWindowMetricsKey, "Shell Icon Size", after), Describe(size)};
     EXPECT_EQ(Describe(BuildRebuildPlan(stored)), expected) << stored;
   }
-}
-
-// The first notice is answered with "Do not show this dialog again" ticked: the second rebuild stays quiet.
-TEST(Rebuild, RunsThePlanAndRemembersTheNotice) {
-  vxtest::KeySnapshot metrics{{kWindowMetricsKey}};
-  vxtest::RegistryScope scope{{vxtest::kProgramKey}};
-  vxtest::ScriptedSeam seam;
-  vxtest::SeamScope seamScope{seam};
-  seam.promptAnswers.push_back({1, true});
-  modRegistry::SaveString(kWindowMetricsKey, "Shell Icon Size", "48");
-  int refreshed = 0;
-  for (int i = 0; i < 2; ++i) {
-    bool pending = true;
-    RebuildIconCache(Env("Win98"), pending, [&] { ++refreshed; });
-    EXPECT_FALSE(pending);
-  }
-  EXPECT_EQ(modRegistry::GetString(kWindowMetricsKey, "Shell Icon Size"), "48");
-  EXPECT_EQ(refreshed, 2);
-  ASSERT_EQ(seam.prompts.size(), 1u);
-  EXPECT_EQ(seam.prompts[0].message.substr(0, 49), "Vexillor has notified Windows 98 of your changes.");
 }
 
 TEST(PromptRestartTest, YesRestartsThroughTheSeamNoRestartsLater) {

@@ -14,6 +14,7 @@ namespace {
 const std::string kBase = "C:\\VXFOLDERS";  // so that one folder's path is all upper case
 const std::string kMixed = kBase + "\\Some Folder", kUpper = kBase + "\\ALL UPPER";
 const std::string kRoot = "C:\\", kMine = "C:\\icons\\mine.dll";
+
 std::string Removes(const std::string& file, const std::string& from) {
   return "Restoring this icon will remove the '" + file + "' file from the selected " + from +
          ".\n\nAre you sure you want to continue?";
@@ -88,8 +89,9 @@ class FolderIcons : public ::testing::Test {
   vx::ShellFileOperation realOperation;
 };
 
-// A folder's choice goes to its desktop.ini at once, with no Apply and no cache rebuild; a drive's to
-// the root's autorun.inf, keeping the rest of the file, and the cache is rebuilt (its notice clears the mark).
+// A folder's choice goes to its desktop.ini at once, with no Apply and no cache rebuild; a drive's to the
+// root's autorun.inf, keeping the rest of the file, and the cache is rebuilt: its notice clears the mark
+// and, once "Do not show this dialog again" is ticked, stays away.
 TEST_F(FolderIcons, ChangeWritesDesktopIniOrAutorunInfAtOnce) {
   Change(kUpper, kMine, 7);
   const std::string ini = kUpper + "\\desktop.ini";
@@ -102,13 +104,18 @@ TEST_F(FolderIcons, ChangeWritesDesktopIniOrAutorunInfAtOnce) {
   EXPECT_TRUE(host.pending && seam.prompts.empty());
 
   WritePrivateProfileStringA("AUTORUN", "open", "setup.exe", "C:\\autorun.inf");
-  Change(kRoot, kMine, -3);
-  EXPECT_EQ(Profile("C:\\autorun.inf", "AUTORUN", "Icon"), kMine + ",-3");
+  modRegistry::SaveString(vx::kWindowMetricsKey, "Shell Icon Size", "48");
+  seam.promptAnswers = {{1, true}};
+  for (int16_t index : {-3, 4}) {
+    Change(kRoot, kMine, index);
+    EXPECT_EQ(Profile("C:\\autorun.inf", "AUTORUN", "Icon"), kMine + "," + std::to_string(index));
+    EXPECT_EQ(host.log, "rebuild refresh refresh ");
+    EXPECT_FALSE(host.pending);
+  }
   EXPECT_EQ(Profile("C:\\autorun.inf", "AUTORUN", "open"), "setup.exe");
-  EXPECT_EQ(host.log, "rebuild refresh refresh ");
+  EXPECT_EQ(modRegistry::GetString(vx::kWindowMetricsKey, "Shell Icon Size"), "48");
   ASSERT_EQ(seam.prompts.size(), 1u);
   EXPECT_EQ(seam.prompts[0].message.substr(0, 49), "Vexillor has notified Windows 98 of your changes.");
-  EXPECT_FALSE(host.pending);
 }
 
 // Answer -1: the selection has no icon of its own, so nothing is touched, not even the info bar.

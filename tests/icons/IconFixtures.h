@@ -1,6 +1,6 @@
 #pragma once
-// Shared by the icon tests: environments on this machine's folders, the system-owned registry values
-// the catalogue reads (cleared for a test, put back after it), and real icon lists filled by Add_Icons.
+// Shared by the icon tests: environments on this machine's folders, the system-owned registry values the
+// catalogue reads (cleared for a test, put back after it), real icon lists and a host for the edit commands.
 #include <windows.h>
 
 #include <array>
@@ -29,9 +29,8 @@ inline vx::Environment Env(const std::string& edition, const std::string& ie = "
   return vx::MakeEnvironment(edition, WindowsFolder(), SystemFolder(), ie, order, ui::ModulePath());
 }
 
-// The system-owned keys the catalogue reads, saved whole and put back after the test. What the
-// catalogue reads there starts out missing: class and display names, "\ShellFolder", document
-// classes, the cursor scheme and the shell's icon overrides.
+// The system-owned keys the catalogue reads, saved and put back after the test; what it reads there starts
+// out missing: class and display names, "\ShellFolder", document classes, cursor scheme, icon overrides.
 class CatalogueRegistry {
  public:
   CatalogueRegistry() : snapshot_(Keys()) {
@@ -79,8 +78,7 @@ struct RealLists {
   std::vector<vx::IconItem> catalogue;
 };
 
-// A file outside the test's own folders (such as C:\autorun.inf) that a test may write: it is moved
-// aside for the life of the scope and then put back, or removed when there was none.
+// A file outside the test's own folders (such as C:\autorun.inf), moved aside for the scope's life.
 class SavedFile {
  public:
   explicit SavedFile(std::string path) : path_(std::move(path)), aside_(path_ + ".vxtest") {
@@ -96,8 +94,7 @@ class SavedFile {
   std::string path_, aside_;
 };
 
-// The main window as the edit commands see it (with real lists when a test makes them): what it would
-// show, and a log of the calls whose order matters.
+// The main window as the edit commands see it: what it would show, and the calls whose order matters.
 class RecordingHost : public vx::EditHost {
  public:
   explicit RecordingHost(vx::Environment e) : env(std::move(e)) {}
