@@ -19,8 +19,7 @@ const std::string SI = kShellIconsKey, CUR = kCursorsKey, CLSID = "HKEY_CLASSES_
 // Lists holding every item of every edition, so only Apply's own conditions keep rows out. A location
 // reads "<tab> <key>", a caption "cap <key>", a pointer "cur <key>"; as in the real lists, "Printer" is
 // no item, "Busy" shows the Windows default cursor and "Hand" is listed on 98 only.
-class FakeLists : public ListValues {
- public:
+struct FakeLists : ListValues {
   bool hand = false;
   std::string ItemFullPath(int tab, const std::string& k) const override {
     return k == "Printer" ? "" : k == "Zip File" ? "z" : std::to_string(tab) + " " + k;  // "z": too short
@@ -54,12 +53,8 @@ std::string Set(const std::string& key, const std::string& value, const std::str
   return Describe(SetString(key, value, data));
 }
 
-class IconApplyPlan : public ::testing::Test {
- protected:
-  vxtest::RegistryScope scope{{kTestKey}};
-};
-
-TEST_F(IconApplyPlan, Win98WithDesktopUpdateWritesEveryItemInOrder) {
+TEST(IconApplyPlan, Win98WithDesktopUpdateWritesEveryItemInOrder) {
+  const vxtest::RegistryScope scope{{kTestKey}};
   const Environment env = Env("Win98", "4.72.3110.0", true);
   const Fixture f(env);
   const IconApplyOptions options{.settingsTreeBuilt = true, .bitmapThumbnail = false,
@@ -125,7 +120,8 @@ TEST_F(IconApplyPlan, Win98WithDesktopUpdateWritesEveryItemInOrder) {
 }
 
 // Which rows each edition writes; the bin's default follows what it shows now, in any letter case (last two).
-TEST_F(IconApplyPlan, EachEditionWritesOnlyItsOwnRows) {
+TEST(IconApplyPlan, EachEditionWritesOnlyItsOwnRows) {
+  const vxtest::RegistryScope scope{{kTestKey}};
   const std::string bin = kTestKey + "\\Bin\\DefaultIcon";
   struct { const char *code, *ie; bool order; std::string line; bool written; const char* shown = ""; } cases[] = {
       {"WinNT", "4.71.1712.6", true, "{450D8FBA", false},  // My Documents

@@ -37,7 +37,6 @@ TEST_F(Catalogue, RowsAndDefaultsPerEdition) {
   struct { const char *edition, *ie; bool order; const char* rowsAndNumbers; std::string dialUp, inBox; } cases[] = {
       {"Win95", "Error", false, "7 10 6 8 7 14 | 46 47 59 60 58 -", dialUp95, sys + "\\mapi32.dll,3"},
       {"Win98", "4.72.3110.0", true, "8 12 8 8 7 15 | 51 52 64 65 63 -", dialUp95, sys + "\\cool.dll,30"},
-      {"WinNT", "4.71.1712.6", false, "7 10 7 8 7 14 | 46 47 59 60 58 42", rasshell, nt},
       {"WinNT", "4.71.1712.6", true, "7 12 9 8 7 14 | 50 51 63 64 62 42", rasshell, nt},
       {"WinNT", "5.00.2920.0000", true, "7 10 7 8 7 14 | 46 47 59 60 58 73", rasshell, nt},
   };

@@ -147,25 +147,19 @@ TEST_F(FolderIcons, DefaultIconRestoresOnlyWhatTheUserConfirms) {
     EXPECT_EQ(host.log, c.log);
     if (c.answer < 0) continue;
     EXPECT_EQ(Attributes(c.file) == INVALID_FILE_ATTRIBUTES, c.answer == 1);
-    const DWORD folder = FILE_ATTRIBUTE_DIRECTORY | (c.answer ? 0 : FILE_ATTRIBUTE_SYSTEM);
-    if (c.path != kRoot) {
-      EXPECT_EQ(Attributes(c.path), folder);
-    }
+    if (c.path == kRoot) continue;
+    EXPECT_EQ(Attributes(c.path), DWORD(FILE_ATTRIBUTE_DIRECTORY | (c.answer ? 0 : FILE_ATTRIBUTE_SYSTEM)));
   }
 }
 
 TEST_F(FolderIcons, ShellFileRefreshRenamesToTheOtherCaseAndBack) {
-  const struct { std::string path, other; } cases[] = {
-      {kMixed, "C:\\VXFOLDERS\\SOME FOLDER"},
-      {kUpper, "c:\\vxfolders\\all upper"},
-      {"C:\\123", "c:\\123"},  // nothing to raise counts as all upper case
-  };
+  const struct { std::string path, other; } cases[] = {  // nothing to raise counts as all upper case
+      {kMixed, "C:\\VXFOLDERS\\SOME FOLDER"}, {kUpper, "c:\\vxfolders\\all upper"}, {"C:\\123", "c:\\123"}};
   for (const auto& c : cases) {
     renames.clear();
     vx::ShellFileRefresh(reinterpret_cast<HWND>(0x1234), c.path);
-    const std::vector<std::string> expected = {"4660 4 20: " + c.path + " > " + c.other,
-                                               "4660 4 20: " + c.other + " > " + c.path};
-    EXPECT_EQ(renames, expected);
+    EXPECT_EQ(renames, (std::vector<std::string>{"4660 4 20: " + c.path + " > " + c.other,
+                                                 "4660 4 20: " + c.other + " > " + c.path}));
   }
 }
 
