@@ -16,9 +16,9 @@ namespace {
 const std::string kTestKey = "HKEY_CURRENT_USER\\Software\\VexillorTest";
 const std::string SI = kShellIconsKey, CUR = kCursorsKey, CLSID = "HKEY_CLASSES_ROOT\\CLSID\\";
 
-// Lists holding every item of every edition, so only Apply's own conditions keep rows out. A location
-// reads "<tab> <key>", a caption "cap <key>", a pointer "cur <key>"; as in the real lists, "Printer" is
-// no item, "Busy" shows the Windows default cursor and "Hand" is listed on 98 only.
+// Every item of every edition, so only Apply's conditions keep rows out: locations "<tab> <key>", captions
+// "cap <key>", pointers "cur <key>". As in real lists, "Printer" is no item, "Busy" the default cursor and
+// "Hand" listed on 98 only.
 struct FakeLists : ListValues {
   bool hand = false;
   std::string ItemFullPath(int tab, const std::string& k) const override {

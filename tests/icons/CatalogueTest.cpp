@@ -32,9 +32,8 @@ TEST_F(Catalogue, RowsAndDefaultsPerEdition) {
   SaveString("HKEY_CLASSES_ROOT\\.ini", "", "vxtest.ini");
   const std::string nt = "C:\\Program Files\\Windows NT\\Windows Messaging\\exchng32.exe,0";
   const std::string dialUp95 = "33", rasshell = sys + "\\rasshell.dll,0";
-  // Rows on Desktop, Start, Folders, Drives, Others, Pointers; then the defaults (shell32's by number) of Control
-  // Panel, Printers, Text Document, MS-DOS Batch File, Configuration Settings, Users Program Group ("-": not
-  // listed), Dial-Up Networking and In Box.
+  // Rows on Desktop, Start, Folders, Drives, Others, Pointers; then the defaults of the items named below, in
+  // order (shell32's by number; "-": not listed).
   struct { const char *edition, *ie; bool order; const char* rowsAndNumbers; std::string dialUp, inBox; } cases[] = {
       {"Win95", "Error", false, "7 10 6 8 7 14 | 46 47 59 60 58 -", dialUp95, sys + "\\mapi32.dll,3"},
       {"Win98", "4.72.3110.0", true, "8 12 8 8 7 15 | 51 52 64 65 63 -", dialUp95, sys + "\\cool.dll,30"},
@@ -83,7 +82,6 @@ TEST_F(Catalogue, ShellFolderRowsAndDocumentTypesNeedTheRegistry) {
   SaveString("HKEY_CLASSES_ROOT\\.txt", "", "vxtest.txt");
   SaveString("HKEY_CLASSES_ROOT\\.zip", "", "vxtest.zip");
   SaveString("HKEY_CLASSES_ROOT\\.gif", "", "");
-  SaveString("HKEY_CLASSES_ROOT\\.html", "", "Error");
   const auto env = vxtest::Env("Win95");
   const auto items = vx::BuildCatalogue(env);
   EXPECT_EQ(KeysOn(items, vx::kTabFolders), "Closed Folder|Open Folder|Program Group|Control Panel|"

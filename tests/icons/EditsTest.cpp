@@ -1,5 +1,4 @@
-// Change, Default Icon and Rename on real icon lists, with a scripted picker, rename box and file
-// dialog, through a host that records what the main window would show.
+// Change, Default Icon and Rename on real icon lists, with a scripted picker, rename box and file dialog.
 #include <gtest/gtest.h>
 
 #include <tuple>
