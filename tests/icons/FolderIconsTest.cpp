@@ -1,16 +1,11 @@
-// Folder and drive icons on real folders under C:\VXFOLDERS and on the real root C:\, with a scripted
-// picker and prompts, through a host that shows in its info bar what the shell would read from disk.
+// Folder and drive icons on real folders under C:\VXFOLDERS and the real root C:\, with scripted picker and prompts.
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <string>
-#include <vector>
 
 #include "IconFixtures.h"
 #include "icons/FolderIcons.h"
 #include "icons/Refresh.h"
-#include "registry/modRegistry.h"
-#include "support/RegistryScope.h"
 #include "support/ScriptedSeam.h"
 
 namespace {
@@ -18,10 +13,11 @@ namespace {
 const std::string kBase = "C:\\VXFOLDERS";  // so that one folder's path is all upper case
 const std::string kMixed = kBase + "\\Some Folder", kUpper = kBase + "\\ALL UPPER";
 const std::string kRoot = "C:\\", kMine = "C:\\icons\\mine.dll";
-const std::string kSure = "\n\nAre you sure you want to continue?";
-const std::string kRemoveIni = "Restoring this icon will remove the 'desktop.ini' file from the selected folder." + kSure;
-const std::string kRemoveInf =
-    "Restoring this icon will remove the 'autorun.inf' file from the selected hard drive." + kSure;
+
+std::string Removes(const std::string& file, const std::string& from) {
+  return "Restoring this icon will remove the '" + file + "' file from the selected " + from +
+         ".\n\nAre you sure you want to continue?";
+}
 
 std::string Profile(const std::string& file, const char* section, const char* key) {
   char buf[MAX_PATH] = "";
@@ -34,43 +30,21 @@ DWORD Attributes(const std::string& path) { return GetFileAttributesA(path.c_str
 // A name list up to its empty entry, "|" between names.
 std::string Names(const char* list) {
   std::string names;
-  for (const char* p = list; *p; p += strlen(p) + 1) {
-    if (!names.empty()) names += '|';
-    names += p;
-  }
+  for (const char* p = list; *p; p += strlen(p) + 1) names.append(names.empty() ? "" : "|").append(p);
   return names;
 }
 
-// The main window's Explorer tab, keeping a log of the calls that order matters for.
-class ExplorerHost : public vx::EditHost {
- public:
-  HWND Owner() override { return nullptr; }
-  const vx::Environment& Env() override { return env; }
-  const std::vector<vx::IconItem>& Catalogue() override { return catalogue; }
-  int CurrentTab() override { return vx::kTabExplorer; }
-  ui::ListBoxIcons* List(int) override { return nullptr; }
-  std::string InfoBar() override { return info; }
-  void SetInfoBar(const std::string& text) override { info = text; }
-  void EnableDefault(bool) override {}
-  void EnableRename(bool) override {}
-  void EnableApply() override { log += "apply "; }
-  void SetRebuildCachePending() override { pending = true; }
-  std::string ExplorerPath() override { return path; }
-  void RefreshFolderTree() override { log += "refresh "; }
-  void FocusFolderTree() override { log += "focus "; }
+// The Explorer tab shows what the shell reads from disk, and a rebuild is the real one.
+struct ExplorerHost : vxtest::RecordingHost {
+  ExplorerHost() : RecordingHost(vxtest::Env("Win98")) {}
   void lstbxExplorer_Click() override {
-    log += "click ";
-    info = vx::FolderIconInfo(path, env.systemFolder);  // what the main window shows
+    RecordingHost::lstbxExplorer_Click();
+    info = vx::FolderIconInfo(path, env.systemFolder);
   }
   void RebuildIconCache() override {
-    log += "rebuild ";
+    RecordingHost::RebuildIconCache();
     vx::RebuildIconCache(env, pending, [this] { RefreshFolderTree(); });
   }
-
-  vx::Environment env = vxtest::Env("Win98");
-  std::vector<vx::IconItem> catalogue;
-  std::string path, info, log;
-  bool pending = false;
 };
 
 class FolderIcons : public ::testing::Test {
@@ -83,13 +57,10 @@ class FolderIcons : public ::testing::Test {
                         " " + std::to_string(op.fFlags) + ": " + Names(op.pFrom) + " > " + Names(op.pTo));
       return 0;
     });
-    savedSize = vxtest::ReadRaw(vx::kWindowMetricsKey, "Shell Icon Size", sizeType, size);
     for (const auto& dir : {kBase, kMixed, kUpper}) CreateDirectoryA(dir.c_str(), nullptr);
   }
   ~FolderIcons() override {
     vx::SetShellFileOperation(realOperation);
-    if (savedSize) vxtest::WriteRaw(vx::kWindowMetricsKey, "Shell Icon Size", sizeType, size);
-    else modRegistry::DeleteValue(vx::kWindowMetricsKey, "Shell Icon Size");
     for (const auto& dir : {kMixed, kUpper}) {
       SetFileAttributesA((dir + "\\desktop.ini").c_str(), FILE_ATTRIBUTE_NORMAL);
       DeleteFileA((dir + "\\desktop.ini").c_str());
@@ -108,103 +79,84 @@ class FolderIcons : public ::testing::Test {
   }
 
   const vxtest::SavedFile autorun{"C:\\autorun.inf"};
+  vxtest::KeySnapshot metrics{{vx::kWindowMetricsKey}};  // the cache rebuild writes the icon size
   vxtest::RegistryScope scope{{vxtest::kProgramKey}};
   vxtest::ScriptedSeam seam;
   vxtest::SeamScope seamScope{seam};
   ExplorerHost host;
   std::vector<std::string> renames;
   vx::ShellFileOperation realOperation;
-  bool savedSize = false;
-  DWORD sizeType = 0;
-  std::string size;
 };
 
-TEST_F(FolderIcons, ChangeWritesTheFoldersDesktopIniAtOnce) {
-  for (const auto& dir : {kMixed, kUpper}) {
-    Change(dir, kMine, 7);
-    const std::string ini = dir + "\\desktop.ini";
-    EXPECT_EQ(Profile(ini, ".ShellClassInfo", "IconFile"), kMine);
-    EXPECT_EQ(Profile(ini, ".ShellClassInfo", "IconIndex"), "7");
-    EXPECT_EQ(Attributes(dir), static_cast<DWORD>(FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_DIRECTORY));
-    EXPECT_EQ(Attributes(ini), static_cast<DWORD>(FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE));
-    EXPECT_EQ(host.info, kMine + ",7");
-    EXPECT_EQ(host.log, "rename rename click refresh ");  // no Apply, no cache rebuild
-  }
-  EXPECT_TRUE(host.pending);
-  EXPECT_TRUE(seam.prompts.empty());
-}
+// A folder's choice goes to its desktop.ini at once, without Apply or rebuild; a drive's to autorun.inf (the rest
+// kept), with a rebuild whose notice clears the mark and stays away once "Do not show..." is ticked.
+TEST_F(FolderIcons, ChangeWritesDesktopIniOrAutorunInfAtOnce) {
+  Change(kUpper, kMine, 7);
+  const std::string ini = kUpper + "\\desktop.ini";
+  EXPECT_EQ(Profile(ini, ".ShellClassInfo", "IconFile") + "," + Profile(ini, ".ShellClassInfo", "IconIndex"),
+            kMine + ",7");
+  EXPECT_EQ(Attributes(kUpper), static_cast<DWORD>(FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_DIRECTORY));
+  EXPECT_EQ(Attributes(ini), static_cast<DWORD>(FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE));
+  EXPECT_EQ(host.info, kMine + ",7");
+  EXPECT_EQ(host.log, "rename rename click refresh ");
+  EXPECT_TRUE(host.pending && seam.prompts.empty());
 
-TEST_F(FolderIcons, ChangeForTheRootWritesAutorunInfAndRebuildsTheCache) {
   WritePrivateProfileStringA("AUTORUN", "open", "setup.exe", "C:\\autorun.inf");
-  Change(kRoot, kMine, -3);
-  EXPECT_EQ(Profile("C:\\autorun.inf", "AUTORUN", "Icon"), kMine + ",-3");
-  EXPECT_EQ(Profile("C:\\autorun.inf", "AUTORUN", "open"), "setup.exe");  // the rest of the file stays
-  EXPECT_EQ(host.log, "rebuild refresh refresh ");
+  modRegistry::SaveString(vx::kWindowMetricsKey, "Shell Icon Size", "48");
+  seam.promptAnswers = {{1, true}};
+  for (int16_t index : {-3, 4}) {
+    Change(kRoot, kMine, index);
+    EXPECT_EQ(Profile("C:\\autorun.inf", "AUTORUN", "Icon"), kMine + "," + std::to_string(index));
+    EXPECT_EQ(host.log, "rebuild refresh refresh ");
+    EXPECT_FALSE(host.pending);
+  }
+  EXPECT_EQ(Profile("C:\\autorun.inf", "AUTORUN", "open"), "setup.exe");
+  EXPECT_EQ(modRegistry::GetString(vx::kWindowMetricsKey, "Shell Icon Size"), "48");
   ASSERT_EQ(seam.prompts.size(), 1u);
   EXPECT_EQ(seam.prompts[0].message.substr(0, 49), "Vexillor has notified Windows 98 of your changes.");
-  EXPECT_FALSE(host.pending);  // the rebuild's notice clears it
 }
 
+// Answer -1: the selection has no icon of its own, so nothing is touched, not even the info bar.
 TEST_F(FolderIcons, DefaultIconRestoresOnlyWhatTheUserConfirms) {
-  const struct {
-    std::string path, file, prompt;
-    int answer;  // slot 0 Cancel, slot 1 OK
-    std::string log;
-  } cases[] = {
-      {kMixed, kMixed + "\\desktop.ini", kRemoveIni, 0, "click focus refresh "},
-      {kUpper, kUpper + "\\desktop.ini", kRemoveIni, 1, "rename rename click focus refresh "},
-      {kRoot, "C:\\autorun.inf", kRemoveInf, 0, "click focus refresh "},
-      {kRoot, "C:\\autorun.inf", kRemoveInf, 1, "rebuild refresh click focus refresh "},
+  const std::string notCustomised =
+      "You must select a customised folder or hard drive before it can be restored to the default icon.";
+  const struct { std::string path, file, prompt; int answer; std::string log; } cases[] = {  // 0 Cancel, 1 OK
+      {kMixed, kMixed + "\\desktop.ini", Removes("desktop.ini", "folder"), 0, "click focus refresh "},
+      {kUpper, kUpper + "\\desktop.ini", Removes("desktop.ini", "folder"), 1, "rename rename click focus refresh "},
+      {kRoot, "C:\\autorun.inf", Removes("autorun.inf", "hard drive"), 1, "rebuild refresh click focus refresh "},
+      {kMixed, "", notCustomised, -1, ""}, {kRoot, "", notCustomised, -1, ""},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.path + " answer " + std::to_string(c.answer));
-    Change(c.path, kMine, 2);
-    host.lstbxExplorer_Click();  // a drive's change leaves the info bar as it was
-    ASSERT_EQ(host.info, kMine + ",2");
+    host.path = c.path;
+    host.info = "Windows Default Icon";
+    if (c.answer >= 0) {
+      Change(c.path, kMine, 2);
+      host.lstbxExplorer_Click();  // a drive's change leaves the info bar as it was
+    }
     host.log.clear();
     seam.prompts.clear();
     seam.promptAnswers = {{c.answer, false}};
     vx::cmdDefault_Click(host);
     ASSERT_GE(seam.prompts.size(), 1u);
-    EXPECT_EQ(seam.prompts[0].message, c.prompt);
-    EXPECT_EQ(seam.prompts[0].icon, "32514");
-    EXPECT_EQ(host.info, c.answer ? "Windows Default Icon" : kMine + ",2");
+    EXPECT_EQ(seam.prompts[0].message + "|" + seam.prompts[0].icon, c.prompt + (c.answer < 0 ? "|32516" : "|32514"));
+    EXPECT_EQ(host.info, c.answer == 0 ? kMine + ",2" : "Windows Default Icon");
     EXPECT_EQ(host.log, c.log);
+    if (c.answer < 0) continue;
     EXPECT_EQ(Attributes(c.file) == INVALID_FILE_ATTRIBUTES, c.answer == 1);
-    if (c.path != kRoot) {
-      const DWORD folder = FILE_ATTRIBUTE_DIRECTORY | (c.answer ? 0 : FILE_ATTRIBUTE_SYSTEM);
-      EXPECT_EQ(Attributes(c.path), folder);
-    }
-  }
-}
-
-TEST_F(FolderIcons, DefaultIconOnAnUncustomisedSelectionAsksForACustomisedOne) {
-  for (const auto& path : {kMixed, kRoot}) {
-    host.path = path;
-    host.info = "Windows Default Icon";
-    seam.prompts.clear();
-    vx::cmdDefault_Click(host);
-    ASSERT_EQ(seam.prompts.size(), 1u);
-    EXPECT_EQ(seam.prompts[0].message,
-              "You must select a customised folder or hard drive before it can be restored to the default icon.");
-    EXPECT_EQ(seam.prompts[0].icon, "32516");
-    EXPECT_EQ(host.log, "");  // nothing touched, not even the info bar
+    if (c.path == kRoot) continue;
+    EXPECT_EQ(Attributes(c.path), DWORD(FILE_ATTRIBUTE_DIRECTORY | (c.answer ? 0 : FILE_ATTRIBUTE_SYSTEM)));
   }
 }
 
 TEST_F(FolderIcons, ShellFileRefreshRenamesToTheOtherCaseAndBack) {
-  const struct { std::string path, other; } cases[] = {
-      {kMixed, "C:\\VXFOLDERS\\SOME FOLDER"},
-      {kUpper, "c:\\vxfolders\\all upper"},
-      {"C:\\VXFOLDERS\\ALL UPPEr", kUpper},
-      {"C:\\123", "c:\\123"},  // nothing to raise counts as all upper case
-  };
+  const struct { std::string path, other; } cases[] = {  // nothing to raise counts as all upper case
+      {kMixed, "C:\\VXFOLDERS\\SOME FOLDER"}, {kUpper, "c:\\vxfolders\\all upper"}, {"C:\\123", "c:\\123"}};
   for (const auto& c : cases) {
     renames.clear();
     vx::ShellFileRefresh(reinterpret_cast<HWND>(0x1234), c.path);
-    const std::vector<std::string> expected = {"4660 4 20: " + c.path + " > " + c.other,
-                                               "4660 4 20: " + c.other + " > " + c.path};
-    EXPECT_EQ(renames, expected);
+    EXPECT_EQ(renames, (std::vector<std::string>{"4660 4 20: " + c.path + " > " + c.other,
+                                                 "4660 4 20: " + c.other + " > " + c.path}));
   }
 }
 

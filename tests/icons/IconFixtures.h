@@ -1,13 +1,16 @@
 #pragma once
-// Shared by the icon tests: environments on this machine's folders, the system-owned registry values
-// the catalogue reads (cleared for a test, put back after it), and real icon lists filled by Add_Icons.
+// Shared by the icon tests: environments on this machine's folders, the system-owned registry values the
+// catalogue reads (cleared for a test, put back after it), real icon lists and a host for the edit commands.
 #include <windows.h>
 
 #include <array>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "icons/Catalogue.h"
+#include "icons/IconEdits.h"
 #include "registry/modRegistry.h"
 #include "support/KeySnapshot.h"
 #include "support/RegistryScope.h"
@@ -26,9 +29,8 @@ inline vx::Environment Env(const std::string& edition, const std::string& ie = "
   return vx::MakeEnvironment(edition, WindowsFolder(), SystemFolder(), ie, order, ui::ModulePath());
 }
 
-// The system-owned keys the catalogue reads, saved whole and put back after the test. What the
-// catalogue reads there starts out missing: class and display names, "\ShellFolder", document
-// classes, the cursor scheme and the shell's icon overrides.
+// The system-owned keys the catalogue reads, saved and put back after the test; what it reads there starts
+// out missing: class and display names, "\ShellFolder", document classes, cursor scheme, icon overrides.
 class CatalogueRegistry {
  public:
   CatalogueRegistry() : snapshot_(Keys()) {
@@ -76,8 +78,7 @@ struct RealLists {
   std::vector<vx::IconItem> catalogue;
 };
 
-// A file outside the test's own folders (such as C:\autorun.inf) that a test may write: it is moved
-// aside for the life of the scope and then put back, or removed when there was none.
+// A file outside the test's own folders (such as C:\autorun.inf), moved aside for the scope's life.
 class SavedFile {
  public:
   explicit SavedFile(std::string path) : path_(std::move(path)), aside_(path_ + ".vxtest") {
@@ -88,11 +89,39 @@ class SavedFile {
     DeleteFileA(path_.c_str());
     MoveFileA(aside_.c_str(), path_.c_str());
   }
-  SavedFile(const SavedFile&) = delete;
-  SavedFile& operator=(const SavedFile&) = delete;
 
  private:
   std::string path_, aside_;
+};
+
+// The main window as the edit commands see it: what it would show, and the calls whose order matters.
+class RecordingHost : public vx::EditHost {
+ public:
+  explicit RecordingHost(vx::Environment e) : env(std::move(e)) {}
+  HWND Owner() override { return real ? real->window.hwnd() : nullptr; }
+  const vx::Environment& Env() override { return env; }
+  const std::vector<vx::IconItem>& Catalogue() override { return real ? real->catalogue : none; }
+  int CurrentTab() override { return tab; }
+  ui::ListBoxIcons* List(int t) override { return real && t >= 0 && t < 10 ? real->lists[t] : nullptr; }
+  std::string InfoBar() override { return info; }
+  void SetInfoBar(const std::string& text) override { info = text; }
+  void EnableDefault(bool on) override { defaultOn = on; }
+  void EnableRename(bool on) override { renameOn = on; }
+  void EnableApply() override { applyOn = true, log += "apply "; }
+  void SetRebuildCachePending() override { pending = true; }
+  std::string ExplorerPath() override { return path; }
+  void RefreshFolderTree() override { log += "refresh "; }
+  void FocusFolderTree() override { log += "focus "; }
+  void lstbxExplorer_Click() override { log += "click "; }
+  void RebuildIconCache() override { log += "rebuild "; }
+
+  const vx::Environment env;
+  std::unique_ptr<RealLists> real;
+  const std::vector<vx::IconItem> none;
+  int tab = vx::kTabExplorer;
+  std::string path, info, log;
+  std::optional<bool> defaultOn, renameOn;
+  bool applyOn = false, pending = false;
 };
 
 }  // namespace vxtest
