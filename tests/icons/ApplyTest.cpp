@@ -7,6 +7,7 @@
 #include "icons/ApplyPlan.h"
 #include "icons/IconApply.h"
 #include "icons/Refresh.h"
+#include "support/KeySnapshot.h"
 #include "support/ScriptedSeam.h"
 
 using namespace vx;
@@ -180,6 +181,36 @@ TEST(Rebuild, BumpsTheIconSizeBetweenTwoBroadcasts) {
                                                Set(kWindowMetricsKey, "Shell Icon Size", after), Describe(size)};
     EXPECT_EQ(Describe(BuildRebuildPlan(stored)), expected) << stored;
   }
+}
+
+// What a top-level window hears: the icon size in the registry at each of the two broadcasts.
+std::vector<std::string> g_heard;
+LRESULT CALLBACK Listener(HWND h, UINT msg, WPARAM wp, LPARAM lp) {
+  if (msg == WM_SETTINGCHANGE && wp == SPI_SETICONMETRICS)
+    g_heard.push_back(modRegistry::GetString(kWindowMetricsKey, "Shell Icon Size"));
+  return DefWindowProcA(h, msg, wp, lp);
+}
+
+TEST(Rebuild, WindowsHearTheBumpedSizeThenTheOldOne) {
+  vxtest::KeySnapshot metrics({kWindowMetricsKey});
+  WNDCLASSA wc{};
+  wc.lpfnWndProc = Listener;
+  wc.lpszClassName = "VxRebuildListener";
+  RegisterClassA(&wc);
+  HWND listener = CreateWindowExA(0, wc.lpszClassName, "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+  vxtest::ScriptedSeam seam;
+  vxtest::SeamScope scope(seam);
+  for (const char* stored : {"32", ""}) {  // "" = no value at all
+    g_heard.clear();
+    if (*stored) modRegistry::SaveString(kWindowMetricsKey, "Shell Icon Size", stored);
+    else modRegistry::DeleteValue(kWindowMetricsKey, "Shell Icon Size");
+    bool pending = true;
+    RebuildIconCache(Env("WinNT"), pending, [] {});
+    EXPECT_EQ(g_heard, (std::vector<std::string>{"33", "32"})) << stored;
+    EXPECT_EQ(modRegistry::GetString(kWindowMetricsKey, "Shell Icon Size"), "32");
+    EXPECT_FALSE(pending);
+  }
+  DestroyWindow(listener);
 }
 
 TEST(PromptRestartTest, YesRestartsThroughTheSeamNoRestartsLater) {
