@@ -24,16 +24,17 @@ std::string FileTitle(const std::string& path) {
 bool HoldsPath(const std::string& text) { return text.size() >= 2 && text[1] == ':'; }
 
 void RecentThemes(const std::string& path, RecentMenu& menu) {
-  auto slot = [](int n) { return modRegistry::GetString(kThemesKey, std::to_string(n)); };
+  std::array<std::string, 5> slot;  // slot[n] is value "n"; each is read once
+  for (int n = 1; n <= 4; ++n) slot[static_cast<size_t>(n)] = modRegistry::GetString(kThemesKey, std::to_string(n));
   auto show = [&menu](int n, const std::string& p) {
-    menu.visible[n - 1] = true;
-    menu.captions[n - 1] = GetFileName(p);
+    menu.visible[static_cast<size_t>(n - 1)] = true;
+    menu.captions[static_cast<size_t>(n - 1)] = GetFileName(p);
   };
   if (!path.empty()) {
-    if (path == slot(1)) return;
+    if (path == slot[1]) return;
     // Shift "3" to "4", "2" to "3", "1" to "2"; older entries are never compared with the new path.
     for (int n = 3; n >= 1; --n) {
-      std::string p = slot(n);
+      const std::string& p = slot[static_cast<size_t>(n)];
       if (HoldsPath(p)) {
         modRegistry::SaveString(kThemesKey, std::to_string(n + 1), p);
         show(n + 1, p);
@@ -45,7 +46,7 @@ void RecentThemes(const std::string& path, RecentMenu& menu) {
     return;
   }
   for (int n = 1; n <= 4; ++n) {
-    std::string p = slot(n);
+    const std::string& p = slot[static_cast<size_t>(n)];
     if (HoldsPath(p)) {
       show(n, p);
       if (n == 1) menu.separator = true;

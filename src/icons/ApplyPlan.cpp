@@ -133,20 +133,23 @@ void Perform(const Step& step) {
 
 }  // namespace
 
-Step SetString(const std::string& key, const std::string& value, const std::string& text) {
+namespace {
+Step RegistryStep(StepKind kind, const std::string& key, const std::string& value, const std::string& text = "") {
   Step s;
-  s.kind = StepKind::SetString;
+  s.kind = kind;
   s.key = key;
   s.value = value;
   s.text = text;
   return s;
 }
+}  // namespace
+
+Step SetString(const std::string& key, const std::string& value, const std::string& text) {
+  return RegistryStep(StepKind::SetString, key, value, text);
+}
 
 Step SetDword(const std::string& key, const std::string& value, int32_t number) {
-  Step s;
-  s.kind = StepKind::SetDword;
-  s.key = key;
-  s.value = value;
+  Step s = RegistryStep(StepKind::SetDword, key, value);
   s.number = number;
   return s;
 }
@@ -165,27 +168,14 @@ Step SetRaw(const std::string& key, const std::string& value, DWORD type, const 
 }
 
 Step DeleteValue(const std::string& key, const std::string& value) {
-  Step s;
-  s.kind = StepKind::DeleteValue;
-  s.key = key;
-  s.value = value;
-  return s;
+  return RegistryStep(StepKind::DeleteValue, key, value);
 }
 
 Step DeleteKey(const std::string& parentKey, const std::string& subkey) {
-  Step s;
-  s.kind = StepKind::DeleteKey;
-  s.key = parentKey;
-  s.value = subkey;
-  return s;
+  return RegistryStep(StepKind::DeleteKey, parentKey, subkey);
 }
 
-Step CreateKey(const std::string& key) {
-  Step s;
-  s.kind = StepKind::CreateKey;
-  s.key = key;
-  return s;
-}
+Step CreateKey(const std::string& key) { return RegistryStep(StepKind::CreateKey, key, ""); }
 
 Step SystemParameter(UINT action, UINT uiParam, UINT flags, std::optional<std::string> pvData) {
   Step s;

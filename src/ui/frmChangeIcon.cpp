@@ -35,31 +35,8 @@ bool FileExists(const std::string& name) {
 }
 
 void RegisterClasses() {
-  HINSTANCE inst = Instance();
-  WNDCLASSEXA wc{};
-  wc.cbSize = sizeof wc;
-  if (!GetClassInfoExA(inst, kContainerClass, &wc)) {
-    wc = WNDCLASSEXA{};
-    wc.cbSize = sizeof wc;
-    wc.lpfnWndProc = DefWindowProcA;
-    wc.hInstance = inst;
-    wc.hCursor = LoadCursorA(nullptr, IDC_ARROW);
-    wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
-    wc.lpszClassName = kContainerClass;
-    RegisterClassExA(&wc);
-  }
-  wc = WNDCLASSEXA{};
-  wc.cbSize = sizeof wc;
-  if (!GetClassInfoExA(inst, kGridClass, &wc)) {
-    wc = WNDCLASSEXA{};
-    wc.cbSize = sizeof wc;
-    wc.style = CS_DBLCLKS;
-    wc.lpfnWndProc = DefWindowProcA;  // replaced per window at creation
-    wc.hInstance = inst;
-    wc.hCursor = LoadCursorA(nullptr, IDC_ARROW);
-    wc.lpszClassName = kGridClass;
-    RegisterClassExA(&wc);
-  }
+  RegisterWindowClass(kContainerClass, DefWindowProcA, 0, reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1));
+  RegisterWindowClass(kGridClass, DefWindowProcA, CS_DBLCLKS, nullptr);  // procedure replaced per window
 }
 
 RECT ChildRect(HWND dialog, HWND child) {

@@ -31,26 +31,29 @@ void Window::Destroy() {
   }
 }
 
-bool Window::Create(const char* className, DWORD exStyle, DWORD style, const char* title, int x, int y,
-                    int w, int h, HWND parent, HMENU menuOrId, UINT classStyle, HBRUSH background,
-                    HICON icon) {
+bool RegisterWindowClass(const char* className, WNDPROC proc, UINT classStyle, HBRUSH background, HICON icon) {
   HINSTANCE inst = GetModuleHandleA(nullptr);
   WNDCLASSEXA wc{};
   wc.cbSize = sizeof wc;
-  if (!GetClassInfoExA(inst, className, &wc)) {
-    wc = WNDCLASSEXA{};
-    wc.cbSize = sizeof wc;
-    wc.style = classStyle;
-    wc.lpfnWndProc = &Window::Proc;
-    wc.hInstance = inst;
-    wc.hCursor = LoadCursorA(nullptr, IDC_ARROW);
-    wc.hbrBackground = background;
-    wc.lpszClassName = className;
-    wc.hIcon = icon;
-    if (!RegisterClassExA(&wc)) return false;
-  }
-  return CreateWindowExA(exStyle, className, title, style, x, y, w, h, parent, menuOrId, inst, this) !=
-         nullptr;
+  if (GetClassInfoExA(inst, className, &wc)) return true;
+  wc = WNDCLASSEXA{};
+  wc.cbSize = sizeof wc;
+  wc.style = classStyle;
+  wc.lpfnWndProc = proc;
+  wc.hInstance = inst;
+  wc.hCursor = LoadCursorA(nullptr, IDC_ARROW);
+  wc.hbrBackground = background;
+  wc.lpszClassName = className;
+  wc.hIcon = icon;
+  return RegisterClassExA(&wc) != 0;
+}
+
+bool Window::Create(const char* className, DWORD exStyle, DWORD style, const char* title, int x, int y,
+                    int w, int h, HWND parent, HMENU menuOrId, UINT classStyle, HBRUSH background,
+                    HICON icon) {
+  if (!RegisterWindowClass(className, &Window::Proc, classStyle, background, icon)) return false;
+  return CreateWindowExA(exStyle, className, title, style, x, y, w, h, parent, menuOrId, GetModuleHandleA(nullptr),
+                         this) != nullptr;
 }
 
 LRESULT Window::HandleMessage(UINT msg, WPARAM wp, LPARAM lp) { return Default(msg, wp, lp); }

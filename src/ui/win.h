@@ -135,6 +135,10 @@ class Window {
   HWND hwnd_ = nullptr;
 };
 
+// Registers a window class once (nothing happens when it is already registered).
+bool RegisterWindowClass(const char* className, WNDPROC proc, UINT classStyle, HBRUSH background,
+                         HICON icon = nullptr);
+
 // Text of a window or control.
 std::string GetText(HWND hwnd);
 void SetText(HWND hwnd, const std::string& text);
