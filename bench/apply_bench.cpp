@@ -18,7 +18,7 @@
 #include <string>
 #include <vector>
 
-#include "icons/ApplyPlan.h"
+#include "apply/Executor.h"
 #include "icons/IconApply.h"
 #include "icons/Refresh.h"
 #include "registry/modRegistry.h"
@@ -101,7 +101,7 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR cmdLine, int) {
 
   // The first Apply records what was there, so the prefix is left as found; it also creates every
   // key, so that no round pays for creating keys the others do not.
-  const vx::UndoRecord undo = vx::Execute(writes);
+  const vx::UndoRecord undo = vx::Execute(writes).undo;
 
   std::vector<double> plan, execute, bare, cursors, rebuild;
   for (int r = 0; r < rounds; ++r) {

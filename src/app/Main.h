@@ -10,7 +10,8 @@
 #include <vector>
 
 #include "app/Preferences.h"
-#include "icons/ApplyPlan.h"
+#include "apply/Executor.h"
+#include "apply/RunFlags.h"
 #include "icons/Catalogue.h"
 #include "icons/IconEdits.h"
 #include "system/Environment.h"
@@ -69,15 +70,12 @@ class Main : public ui::Window, public EditHost {
   ui::FolderTree& folderTree() { return folderTree_; }
   int treeWidthTwips() const { return treeWidth_; }
   void SetTreeWidthTwips(int twips);
-  // What the last Apply replaced, so it can be put back exactly.
-  const UndoRecord& lastUndo() const { return lastUndo_; }
+  // What the last Apply replaced, so it can be put back exactly, and which of its steps failed.
+  const UndoRecord& lastUndo() const { return lastApply_.undo; }
+  const ApplyResult& lastApply() const { return lastApply_; }
 
   // Run-wide flags.
-  bool rebuildCachePending = false;
-  bool restartNeeded = false;
-  bool restartLater = false;
-  bool treeFilled = false;
-  bool autoApplyMode = false;
+  RunFlags flags;
 
   // --- EditHost ----------------------------------------------------------------------------------------
   HWND Owner() override { return hwnd(); }
@@ -90,7 +88,7 @@ class Main : public ui::Window, public EditHost {
   void EnableDefault(bool on) override;
   void EnableRename(bool on) override;
   void EnableApply() override;
-  void SetRebuildCachePending() override { rebuildCachePending = true; }
+  void SetRebuildCachePending() override { flags.rebuildCachePending = true; }
   std::string ExplorerPath() override;
   void RefreshFolderTree() override;
   void FocusFolderTree() override;
@@ -109,6 +107,7 @@ class Main : public ui::Window, public EditHost {
   void RebuildRecentMenu();
   void RestorePosition();
   void FillSettingsTree();
+  IconLists Lists() const;
   void EnsureFolderTree();
   LRESULT OnNotify(const NMHDR* hdr);
   void OnSplitterMove(int x);
@@ -132,7 +131,7 @@ class Main : public ui::Window, public EditHost {
   int treeWidth_ = 3375;  // folder tree width in twips
   bool closing_ = false;
   bool contextHelp_ = false;
-  UndoRecord lastUndo_;
+  ApplyResult lastApply_;
 };
 
 // Creates the main window, runs the message loop and returns the exit code.

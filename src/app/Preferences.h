@@ -4,11 +4,10 @@
 #include <array>
 #include <string>
 
+#include "system/Keys.h"
+
 namespace vx {
 
-inline constexpr const char* kProgramKey = "HKEY_CURRENT_USER\\Software\\Quenby\\Vexillor";
-inline constexpr const char* kSettingsKey = "HKEY_CURRENT_USER\\Software\\Quenby\\Vexillor\\Settings";
-inline constexpr const char* kThemesKey = "HKEY_CURRENT_USER\\Software\\Quenby\\Vexillor\\Themes";
 
 // The text after the last backslash; a text without one whose second character is ":" loses its
 // first two characters; any other text is returned whole.

@@ -2,38 +2,15 @@
 // The fixed catalogue of customisable icons: for every entry, its tab, caption, key, where Windows
 // stores its current icon, its Windows default and the condition under which it is listed at all.
 // The item keys are the program's vocabulary: the lists, Apply and the theme files all use them.
-#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
 
+#include "icons/Items.h"
 #include "system/Environment.h"
-
-namespace ui {
-class ListBoxIcons;
-}
+#include "system/Keys.h"
 
 namespace vx {
-
-// Tabs of the main window, 1-based as the tab strip counts them.
-enum TabIndex : int {
-  kTabShell = 1,
-  kTabDesktop = 2,
-  kTabStart = 3,
-  kTabFolders = 4,
-  kTabDrives = 5,
-  kTabOthers = 6,
-  kTabSystem = 7,
-  kTabExplorer = 8,
-  kTabPointers = 9,
-};
-
-// The icon lists, indexed by tab (entries 0, 1 and 8 stay null).
-using IconLists = std::array<ui::ListBoxIcons*, 10>;
-
-inline constexpr const char* kShellIconsKey =
-    "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\explorer\\Shell Icons";
-inline constexpr const char* kCursorsKey = "HKEY_CURRENT_USER\\Control Panel\\Cursors";
 
 // One listed entry, with every condition already resolved for the running environment.
 struct IconItem {
@@ -47,6 +24,7 @@ struct IconItem {
                              // names none; the row is then listed only for ".bat", shown at its default)
   std::string defaultFile;   // Windows default icon file
   int defaultIndex = 0;      // Windows default icon index (pointers: n, in the program's own exe)
+  const ItemRow* row = nullptr;  // its row of the item table
 };
 
 // Every entry listed in this environment, in list order per tab. Reads the registry for the
@@ -72,9 +50,6 @@ ShownIcon CurrentIcon(const IconItem& item, const Environment& env);
 
 // The class key's default value, or the default caption when that is missing or empty.
 std::string DisplayName(const std::string& defaultCaption, const std::string& classKey);
-
-// Items that the shell names from their class key, so the user can rename them.
-bool IsRenamable(const std::string& key);
 
 // Number of icons in a file (0 when it is missing or holds none).
 int IconCount(const std::string& file);

@@ -115,7 +115,7 @@ std::string DeclaredIcon(const std::string& path) {
   if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_SYSTEM)) return "";
   const std::string file = Profile(path + kDesktopIni, ".ShellClassInfo", "IconFile");
   if (file.empty()) return "";
-  return file + "," + std::to_string(std::atoi(Profile(path + kDesktopIni, ".ShellClassInfo", "IconIndex").c_str()));
+  return file + "," + std::to_string(ParseIconIndex(Profile(path + kDesktopIni, ".ShellClassInfo", "IconIndex")));
 }
 
 std::string FolderIconInfo(const std::string& path, const std::string& systemFolder) {

@@ -2,18 +2,16 @@
 // The icon half of Apply: every item of every icon list is written, changed or not (the lists hold the
 // whole intended state), in a fixed order: desktop icons and names, Start, Folders, Drives, Others,
 // document types, pointers, then the current theme path. Built as a plan (ApplyPlan.h) and executed.
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "icons/ApplyPlan.h"
+#include "apply/Executor.h"
 #include "icons/Catalogue.h"
 #include "system/Environment.h"
 
 namespace vx {
 
-inline constexpr const char* kProgramSettingsKey = "HKEY_CURRENT_USER\\Software\\Quenby\\Vexillor\\Settings";
 
 // What Apply reads from the icon lists, by tab and item key. An item that is not in the list (or a
 // list that does not exist) reads as an empty text, as the list control itself answers.
@@ -57,18 +55,5 @@ Plan BitmapThumbnailSteps(const IconApplyOptions& options);
 
 // The pointer step: fifteen Cursors values, then fifteen SPI_SETCURSORS calls.
 Plan PointerSteps(const ListValues& lists);
-
-// Apply's icon half for the main window: builds and executes the plan, then rebuilds the icon cache
-// when rebuildCachePending is set and offers a restart when restartNeeded is set (a declined restart
-// sets restartLater). The caller disables Apply and restores the mouse pointer afterwards. Returns
-// the undo record of the writes.
-UndoRecord ApplyIconChanges(const Environment& env, const std::vector<IconItem>& catalogue,
-                            const ListValues& lists, const IconApplyOptions& options,
-                            bool& rebuildCachePending, bool& restartNeeded, bool& restartLater,
-                            const std::function<void()>& refreshFolderTree);
-UndoRecord ApplyIconChanges(const Environment& env, const std::vector<IconItem>& catalogue,
-                            const IconLists& lists, const IconApplyOptions& options,
-                            bool& rebuildCachePending, bool& restartNeeded, bool& restartLater,
-                            const std::function<void()>& refreshFolderTree);
 
 }  // namespace vx

@@ -39,12 +39,4 @@ Plan BuildIconApplyPlan(const Environment& env, const std::vector<IconItem>& cat
   return BuildIconApplyPlan(env, catalogue, ListBoxValues(lists), options);
 }
 
-UndoRecord ApplyIconChanges(const Environment& env, const std::vector<IconItem>& catalogue,
-                            const IconLists& lists, const IconApplyOptions& options,
-                            bool& rebuildCachePending, bool& restartNeeded, bool& restartLater,
-                            const std::function<void()>& refreshFolderTree) {
-  return ApplyIconChanges(env, catalogue, ListBoxValues(lists), options, rebuildCachePending, restartNeeded,
-                          restartLater, refreshFolderTree);
-}
-
 }  // namespace vx

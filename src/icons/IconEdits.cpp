@@ -1,9 +1,5 @@
 #include "icons/IconEdits.h"
 
-#include <algorithm>
-#include <span>
-#include <string_view>
-
 #include "icons/FolderIcons.h"
 #include "registry/modCommon.h"
 #include "ui/ListBoxIcons.h"
@@ -13,61 +9,7 @@
 namespace vx {
 namespace {
 
-using Keys = std::span<const char* const>;
-
-constexpr const char* kDesktopKeys[] = {"My Computer", "My Documents", "Network Neighborhood", "The Internet",
-                                        "In Box", "My Briefcase", "Recycle Bin (empty)", "Recycle Bin (full)"};
-constexpr const char* kStartKeys[] = {"Programs", "Favorites", "Documents", "Settings", "Find", "Help", "Run...",
-                                      "Log Off...", "Suspend", "Shut Down...", "Settings - Control Panel",
-                                      "Settings - Printers"};
-constexpr const char* kFolderKeys[] = {"Closed Folder", "Open Folder", "Program Group", "Users Program Group",
-                                       "Control Panel", "Dial-Up Networking", "Printers", "Favorites",
-                                       "Url History", "Subscriptions", "ActiveX Cache", "Scheduled Tasks"};
-constexpr const char* kDriveKeys[] = {"Floppy Drive 5.25", "Floppy Drive 3.5", "Hard Drive",
-                                      "Network Drive (connected)", "Network Drive (offline)", "CD-ROM Drive",
-                                      "Removable Drive", "RAM Drive"};
-constexpr const char* kOtherKeys[] = {"Shortcut Overlay", "Sharing Overlay", "Desktop", "Entire Network",
-                                      "Workgroup", "Computer", "Audio CD"};
-constexpr const char* kSystemKeys[] = {"Bitmap Image", "Configuration Settings", "Default Icon",
-                                       "Default Document", "GIF Image", "Internet Document", "JPEG Image",
-                                       "Media Clip", "Movie Clip", "MS-DOS Application", "MS-DOS Batch File",
-                                       "MIDI Sequence", "Rich Text Format", "Text Document", "Video Clip",
-                                       "Wave Sound", "Zip File", "Write Document"};
-// "Zip File" has no Windows default to go back to.
-constexpr const char* kSystemDefaultKeys[] = {"Bitmap Image", "Configuration Settings", "Default Icon",
-                                              "Default Document", "GIF Image", "Internet Document", "JPEG Image",
-                                              "Media Clip", "Movie Clip", "MS-DOS Application", "MS-DOS Batch File",
-                                              "MIDI Sequence", "Rich Text Format", "Text Document", "Video Clip",
-                                              "Wave Sound", "Write Document"};
-// In scheme order: the position is the pointer's number n.
-constexpr const char* kPointerKeys[] = {"Normal Select", "Help Select", "Working In Background", "Busy",
-                                        "Precision Select", "Text Select", "Handwriting", "Unavailable",
-                                        "Vertical Resize", "Horizontal Resize", "Diagonal Resize 1",
-                                        "Diagonal Resize 2", "Move", "Alternate Select", "Hand"};
-
-Keys ChangeKeys(int tab) {
-  switch (tab) {
-    case kTabDesktop: return kDesktopKeys;
-    case kTabStart: return kStartKeys;
-    case kTabFolders: return kFolderKeys;
-    case kTabDrives: return kDriveKeys;
-    case kTabOthers: return kOtherKeys;
-    case kTabSystem: return kSystemKeys;
-    case kTabPointers: return kPointerKeys;
-    default: return {};
-  }
-}
-
-Keys DefaultKeys(int tab) { return tab == kTabSystem ? Keys(kSystemDefaultKeys) : ChangeKeys(tab); }
-
-bool Contains(Keys keys, const std::string& key) {
-  return std::any_of(keys.begin(), keys.end(), [&](const char* k) { return key == k; });
-}
-
-const char* kRecycleEmpty = "Recycle Bin (empty)";
-const char* kRecycleFull = "Recycle Bin (full)";
-
-bool IsRecycleBin(const std::string& key) { return key == kRecycleEmpty || key == kRecycleFull; }
+bool IsRecycleBin(const std::string& key) { return key == kRecycleEmptyKey || key == kRecycleFullKey; }
 
 bool SamePath(const std::string& a, const std::string& b) { return LowerAscii(a) == LowerAscii(b); }
 
@@ -105,14 +47,14 @@ void ChangePointer(EditHost& host, ui::ListBoxIcons& list) {
 
 }  // namespace
 
-bool ChangeableOn(int tab, const std::string& key) { return Contains(ChangeKeys(tab), key); }
-bool RestorableOn(int tab, const std::string& key) { return Contains(DefaultKeys(tab), key); }
-
-int PointerNumber(const std::string& key) {
-  for (size_t i = 0; i < std::size(kPointerKeys); ++i)
-    if (key == kPointerKeys[i]) return static_cast<int>(i) + 1;
-  return 0;
+// The key table: Change acts on every item a tab can list (in any edition), Default Icon on those of
+// them that have a default to go back to.
+bool ChangeableOn(int tab, const std::string& key) {
+  const ItemRow* row = FindRow(tab, key);
+  return row && row->listed != When::Never;
 }
+
+bool RestorableOn(int tab, const std::string& key) { return ChangeableOn(tab, key) && FindRow(tab, key)->restorable; }
 
 const std::string& CurrentIconFile() { return Current().file; }
 int16_t CurrentIconIndex() { return Current().index; }
@@ -134,7 +76,7 @@ void lstbxIcons_Click(EditHost& host, int tab) {
   if (!list) return;
   host.SetInfoBar(list->SeledFullIconPath());
   const std::string key = list->SeledKey();
-  if (key == "Zip File") {
+  if (ChangeableOn(tab, key) && !RestorableOn(tab, key)) {
     host.EnableDefault(false);
   } else if (IsRenamable(key)) {
     host.EnableRename(true);
@@ -181,10 +123,10 @@ void cmdChange_Click(EditHost& host) {
     std::string kind;
     if (IsDriveRoot(host.ExplorerPath())) {
       kinds = host.List(kTabDrives);
-      kind = "Hard Drive";
+      kind = kHardDriveKey;
     } else if (!info.empty()) {
       kinds = host.List(kTabFolders);
-      kind = "Closed Folder";
+      kind = kClosedFolderKey;
     } else {
       return;
     }
@@ -259,7 +201,7 @@ void cmdRename_Click(EditHost& host) {
   std::string text = caption;
   if (IsRecycleBin(key)) {
     // Both rows share one name: the caption of the empty bin less " (empty)".
-    const std::string empty = list->ItemCaption(kRecycleEmpty);
+    const std::string empty = list->ItemCaption(kRecycleEmptyKey);
     text = empty.substr(0, empty.size() > 8 ? empty.size() - 8 : 0);
   }
   const std::optional<std::string> name =
@@ -267,8 +209,8 @@ void cmdRename_Click(EditHost& host) {
   if (!name || name->empty()) return;
 
   if (IsRecycleBin(key)) {
-    list->Change(kRecycleEmpty, "", -1, *name + " (empty)");
-    list->Change(kRecycleFull, "", -1, *name + " (full)");
+    list->Change(kRecycleEmptyKey, "", -1, *name + " (empty)");
+    list->Change(kRecycleFullKey, "", -1, *name + " (full)");
     list->ListRefresh();
   } else if (*name == caption) {
     return;

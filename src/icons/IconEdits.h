@@ -55,8 +55,6 @@ void Pause(float seconds);
 // own rows (the same but for "Zip File", which has no default).
 bool ChangeableOn(int tab, const std::string& key);
 bool RestorableOn(int tab, const std::string& key);
-// The pointer's number n (1 to 15) in scheme order, or 0 for a key that is no pointer.
-int PointerNumber(const std::string& key);
 
 // The location being edited, split from the info bar by the last Change (file left of the last
 // comma, index right of it; a text without a comma empties the file and keeps the index).

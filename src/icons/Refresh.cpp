@@ -1,6 +1,6 @@
 #include "icons/Refresh.h"
 
-#include <cstdlib>
+#include "registry/modCommon.h"
 
 #include "registry/modRegistry.h"
 #include "ui/modMsgbox.h"
@@ -17,9 +17,9 @@ constexpr int kRestartYes = 1;  // RestartNow's buttons: slot 0 "No", slot 1 "Ye
 
 Plan BuildRebuildPlan(const std::string& storedSize) {
   // The integer value of the text, as far as it reads as one (a stray unit or blank is ignored).
-  const int size = storedSize.empty() || storedSize == modRegistry::kError
-                       ? kStandardIconSize
-                       : std::atoi(storedSize.c_str());
+  // A text without a number, or one past any icon size, leaves the standard size.
+  const std::optional<int32_t> stored = ParseInt32(storedSize);
+  const int size = stored && *stored > 0 && *stored < 1024 ? *stored : kStandardIconSize;
   return {
       SetString(kWindowMetricsKey, kShellIconSize, std::to_string(size + 1)),
       Broadcast(SPI_SETICONMETRICS, 0),
@@ -28,24 +28,25 @@ Plan BuildRebuildPlan(const std::string& storedSize) {
   };
 }
 
-void RebuildIconCache(const Environment& env, bool& rebuildCachePending,
-                      const std::function<void()>& refreshFolderTree) {
+void RebuildIconCache(const Environment& env, RunFlags& flags, const std::function<void()>& refreshFolderTree) {
   Run(BuildRebuildPlan(modRegistry::GetString(kWindowMetricsKey, kShellIconSize)));
   if (refreshFolderTree) refreshFolderTree();
-  ShowRebuildNotice(env, rebuildCachePending);
+  ShowRebuildNotice(env, flags);
 }
 
-void ShowRebuildNotice(const Environment& env, bool& rebuildCachePending) {
+void ShowRebuildNotice(const Environment& env, RunFlags& flags) {
   // RebuildNotice itself honours and records "Dialog Rebuild".
   modMsgbox::RebuildNotice(env.editionName);
-  rebuildCachePending = false;
+  flags.rebuildCachePending = false;
 }
 
-bool PromptRestart(const Environment& env, bool& restartNeeded) {
+void PromptRestart(const Environment& env, RunFlags& flags) {
   const bool yes = modMsgbox::RestartNow() == kRestartYes;
-  restartNeeded = false;
-  if (yes) ui::GetSeam().RestartWindows(env.IsNT());
-  return !yes;
+  flags.restartNeeded = false;
+  if (yes)
+    ui::GetSeam().RestartWindows(env.IsNT());
+  else
+    flags.restartLater = true;
 }
 
 }  // namespace vx

@@ -4,12 +4,13 @@
 #include <functional>
 #include <string>
 
-#include "icons/ApplyPlan.h"
+#include "apply/Executor.h"
+#include "apply/RunFlags.h"
 #include "system/Environment.h"
+#include "system/Keys.h"
 
 namespace vx {
 
-inline constexpr const char* kWindowMetricsKey = "HKEY_CURRENT_USER\\Control Panel\\desktop\\WindowMetrics";
 
 // The rebuild's writes and broadcasts for a "Shell Icon Size" read as `storedSize` (GetString's
 // result): the size plus one, a broadcast, the size itself, another broadcast. The shell drops its
@@ -17,15 +18,14 @@ inline constexpr const char* kWindowMetricsKey = "HKEY_CURRENT_USER\\Control Pan
 Plan BuildRebuildPlan(const std::string& storedSize);
 
 // Rebuilds the shell's icon cache, refreshes the Explorer tab's folder tree, then shows the notice.
-void RebuildIconCache(const Environment& env, bool& rebuildCachePending,
-                      const std::function<void()>& refreshFolderTree);
+void RebuildIconCache(const Environment& env, RunFlags& flags, const std::function<void()>& refreshFolderTree);
 
 // The notice after a rebuild, unless the user asked not to see it again; clears the pending flag
 // either way.
-void ShowRebuildNotice(const Environment& env, bool& rebuildCachePending);
+void ShowRebuildNotice(const Environment& env, RunFlags& flags);
 
-// Offers to restart Windows now. Yes restarts (through the seam); returns true when the user said No
-// (restart later). Always clears restartNeeded.
-bool PromptRestart(const Environment& env, bool& restartNeeded);
+// Offers to restart Windows now. Yes restarts (through the seam); No sets restartLater. Always clears
+// restartNeeded.
+void PromptRestart(const Environment& env, RunFlags& flags);
 
 }  // namespace vx

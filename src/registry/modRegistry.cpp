@@ -49,16 +49,37 @@ LONG Query(HKEY key, const std::string& name, DWORD* type, void* data, DWORD* si
 // more. A path that can be neither opened nor created (an unknown root, no rights) would otherwise
 // retry forever; one retry keeps every outcome a caller can see and always ends.
 template <typename Write>
-void WriteCreating(const std::string& keyPath, Write write) {
+bool WriteCreating(const std::string& keyPath, Write write, REGSAM access = kWrite) {
   for (int attempt = 0; attempt < 2; ++attempt) {
-    OpenKey key(keyPath, kWrite);
-    if (key) {
-      write(key.get());
-      return;
-    }
+    OpenKey key(keyPath, access);
+    if (key) return write(key.get());
     if (attempt == 0) CreateKey(keyPath);
   }
+  return false;
 }
+
+bool Set(HKEY key, const std::string& name, DWORD type, const void* data, size_t size) {
+  return RegSetValueExA(key, name.c_str(), 0, type, static_cast<const BYTE*>(data), static_cast<DWORD>(size)) ==
+         ERROR_SUCCESS;
+}
+
+// The value's type and bytes; most values fit the first buffer, so one query is the usual cost.
+bool QueryAll(HKEY key, const std::string& name, DWORD& type, std::string& bytes) {
+  char small[512];
+  DWORD size = sizeof small;
+  LONG rc = Query(key, name, &type, small, &size);
+  if (rc == ERROR_SUCCESS) {
+    bytes.assign(small, size);
+    return true;
+  }
+  if (rc != ERROR_MORE_DATA) return false;
+  bytes.assign(size, '\0');
+  if (Query(key, name, &type, bytes.data(), &size) != ERROR_SUCCESS) return false;
+  bytes.resize(size);
+  return true;
+}
+
+constexpr int kTreeDepth = 32;
 
 }  // namespace
 
@@ -128,48 +149,46 @@ std::string GetBinary(const std::string& keyPath, const std::string& valueName) 
   return buffer;
 }
 
-void SaveString(const std::string& keyPath, const std::string& valueName, const std::string& text) {
-  WriteCreating(keyPath, [&](HKEY key) {
-    RegSetValueExA(key, valueName.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(text.data()),
-                   static_cast<DWORD>(text.size()));
-  });
+bool SaveString(const std::string& keyPath, const std::string& valueName, const std::string& text) {
+  return WriteCreating(keyPath, [&](HKEY key) { return Set(key, valueName, REG_SZ, text.data(), text.size()); });
 }
 
-void SaveDword(const std::string& keyPath, const std::string& valueName, int32_t value) {
-  WriteCreating(keyPath, [&](HKEY key) {
-    DWORD data = static_cast<DWORD>(value);
-    RegSetValueExA(key, valueName.c_str(), 0, REG_DWORD, reinterpret_cast<const BYTE*>(&data),
-                   sizeof data);
-  });
+bool SaveDword(const std::string& keyPath, const std::string& valueName, int32_t value) {
+  const DWORD data = static_cast<DWORD>(value);
+  return WriteCreating(keyPath, [&](HKEY key) { return Set(key, valueName, REG_DWORD, &data, sizeof data); });
 }
 
-void SaveBinary(const std::string& keyPath, const std::string& valueName, const std::string& bytes) {
+bool SaveBinary(const std::string& keyPath, const std::string& valueName, const std::string& bytes) {
   OpenKey key(keyPath, kWrite);
   if (!key) {
     ErrorReporter()(kError);
-    return;
+    return false;
   }
   if (bytes.empty()) throw std::out_of_range("Subscript out of range");
-  std::vector<BYTE> data(bytes.begin(), bytes.end());
-  RegSetValueExA(key.get(), valueName.c_str(), 0, REG_BINARY, data.data(),
-                 static_cast<DWORD>(data.size()));
+  return Set(key.get(), valueName, REG_BINARY, bytes.data(), bytes.size());
 }
 
-void DeleteValue(const std::string& keyPath, const std::string& valueName) {
+bool DeleteValue(const std::string& keyPath, const std::string& valueName) {
   OpenKey key(keyPath, kWrite);
-  if (key) RegDeleteValueA(key.get(), valueName.c_str());
+  if (!key) return true;
+  const LONG rc = RegDeleteValueA(key.get(), valueName.c_str());
+  return rc == ERROR_SUCCESS || rc == ERROR_FILE_NOT_FOUND;
 }
 
-void DeleteKey(const std::string& parentPath, const std::string& subkeyName) {
+bool DeleteKey(const std::string& parentPath, const std::string& subkeyName) {
   OpenKey key(parentPath, kWrite);
-  if (key) RegDeleteKeyA(key.get(), subkeyName.c_str());
+  if (!key) return true;
+  const LONG rc = RegDeleteKeyA(key.get(), subkeyName.c_str());
+  return rc == ERROR_SUCCESS || rc == ERROR_FILE_NOT_FOUND;
 }
 
-void CreateKey(const std::string& keyPath) {
+bool CreateKey(const std::string& keyPath) {
   std::string sub = keyPath;
   HKEY root = SplitKeyPath(sub);
   HKEY created = nullptr;
-  if (RegCreateKeyA(root, sub.c_str(), &created) == ERROR_SUCCESS) RegCloseKey(created);
+  if (RegCreateKeyA(root, sub.c_str(), &created) != ERROR_SUCCESS) return false;
+  RegCloseKey(created);
+  return true;
 }
 
 bool KeyExists(const std::string& keyPath) {
@@ -179,20 +198,88 @@ bool KeyExists(const std::string& keyPath) {
 
 bool ReadValue(const std::string& keyPath, const std::string& valueName, DWORD& type, std::string& bytes) {
   OpenKey key(keyPath, kRead);
-  if (!key) return false;
-  DWORD size = 0;
-  if (Query(key.get(), valueName, &type, nullptr, &size) != ERROR_SUCCESS) return false;
-  bytes.assign(size, '\0');
-  if (Query(key.get(), valueName, &type, bytes.data(), &size) != ERROR_SUCCESS) return false;
-  bytes.resize(size);
+  return key && QueryAll(key.get(), valueName, type, bytes);
+}
+
+bool WriteValue(const std::string& keyPath, const std::string& valueName, DWORD type, const std::string& bytes) {
+  return WriteCreating(keyPath, [&](HKEY key) { return Set(key, valueName, type, bytes.data(), bytes.size()); });
+}
+
+bool ExchangeValue(const std::string& keyPath, const std::string& valueName, DWORD type, const std::string& bytes,
+                   Previous& previous) {
+  previous = Previous{};
+  {
+    OpenKey key(keyPath, kRead | kWrite);
+    if (key) {
+      previous.state = QueryAll(key.get(), valueName, previous.type, previous.bytes) ? Previous::Value
+                                                                                        : Previous::KeyOnly;
+      return Set(key.get(), valueName, type, bytes.data(), bytes.size());
+    }
+  }
+  // The key could not be opened for both: it is missing (or only readable), so read and write apart.
+  if (KeyExists(keyPath)) {
+    previous.state = ReadValue(keyPath, valueName, previous.type, previous.bytes) ? Previous::Value
+                                                                                     : Previous::KeyOnly;
+  } else {
+    for (std::string k = keyPath; !KeyExists(k);) {
+      const auto slash = k.rfind('\\');
+      if (slash == std::string::npos) break;  // an unknown root: nothing can be created under it
+      previous.createdKeys.push_back(k);
+      k.resize(slash);
+    }
+  }
+  return WriteValue(keyPath, valueName, type, bytes);
+}
+
+namespace {
+
+bool ReadTreeAt(HKEY key, KeyTree& tree, int depth) {
+  for (DWORD i = 0;; ++i) {
+    char name[16384];
+    DWORD nameSize = sizeof name;
+    DWORD type = REG_NONE, size = 0;
+    if (RegEnumValueA(key, i, name, &nameSize, nullptr, &type, nullptr, &size) != ERROR_SUCCESS) break;
+    KeyTree::Value v;
+    v.name.assign(name, nameSize);
+    if (QueryAll(key, v.name, v.type, v.bytes)) tree.values.push_back(std::move(v));
+  }
+  if (depth >= kTreeDepth) return true;
+  for (DWORD i = 0;; ++i) {
+    char name[256];
+    DWORD nameSize = sizeof name;
+    if (RegEnumKeyExA(key, i, name, &nameSize, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) break;
+    HKEY sub = nullptr;
+    if (RegOpenKeyExA(key, name, 0, kRead, &sub) != ERROR_SUCCESS) continue;
+    KeyTree child;
+    ReadTreeAt(sub, child, depth + 1);
+    RegCloseKey(sub);
+    tree.subkeys.emplace_back(std::string(name, nameSize), std::move(child));
+  }
   return true;
 }
 
-void WriteValue(const std::string& keyPath, const std::string& valueName, DWORD type, const std::string& bytes) {
-  WriteCreating(keyPath, [&](HKEY key) {
-    RegSetValueExA(key, valueName.c_str(), 0, type, reinterpret_cast<const BYTE*>(bytes.data()),
-                   static_cast<DWORD>(bytes.size()));
-  });
+}  // namespace
+
+bool ReadTree(const std::string& keyPath, KeyTree& tree) {
+  tree = KeyTree{};
+  OpenKey key(keyPath, kRead);
+  return key && ReadTreeAt(key.get(), tree, 0);
+}
+
+bool WriteTree(const std::string& keyPath, const KeyTree& tree) {
+  bool ok = CreateKey(keyPath);
+  for (const auto& v : tree.values) ok = WriteValue(keyPath, v.name, v.type, v.bytes) && ok;
+  for (const auto& [name, child] : tree.subkeys) ok = WriteTree(keyPath + "\\" + name, child) && ok;
+  return ok;
+}
+
+bool DeleteTree(const std::string& keyPath) {
+  KeyTree tree;
+  if (!ReadTree(keyPath, tree)) return true;
+  for (const auto& sub : tree.subkeys) DeleteTree(keyPath + "\\" + sub.first);
+  const auto slash = keyPath.rfind('\\');
+  if (slash == std::string::npos) return false;
+  return DeleteKey(keyPath.substr(0, slash), keyPath.substr(slash + 1));
 }
 
 void SetErrorReporter(std::function<void(const std::string&)> report) {

@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace modRegistry {
 
@@ -24,22 +26,57 @@ std::string GetString(const std::string& keyPath, const std::string& valueName);
 int32_t GetDword(const std::string& keyPath, const std::string& valueName);
 std::string GetBinary(const std::string& keyPath, const std::string& valueName);
 
-// Writes create a missing key (with every missing parent) and try once more.
-void SaveString(const std::string& keyPath, const std::string& valueName, const std::string& text);
-void SaveDword(const std::string& keyPath, const std::string& valueName, int32_t value);
+// Writes create a missing key (with every missing parent) and try once more. Callers of the program
+// do not check writes; the result (true when the value was written) is for Apply's record of failures.
+bool SaveString(const std::string& keyPath, const std::string& valueName, const std::string& text);
+bool SaveDword(const std::string& keyPath, const std::string& valueName, int32_t value);
 // Does not create the key: a key that cannot be opened is reported with the message "Error" and
 // nothing is written. An empty byte string throws std::out_of_range and writes nothing.
-void SaveBinary(const std::string& keyPath, const std::string& valueName, const std::string& bytes);
+bool SaveBinary(const std::string& keyPath, const std::string& valueName, const std::string& bytes);
 
-void DeleteValue(const std::string& keyPath, const std::string& valueName);
-void DeleteKey(const std::string& parentPath, const std::string& subkeyName);
-void CreateKey(const std::string& keyPath);
+// Deletions report false only when the key or value was there and could not be removed.
+bool DeleteValue(const std::string& keyPath, const std::string& valueName);
+bool DeleteKey(const std::string& parentPath, const std::string& subkeyName);
+bool CreateKey(const std::string& keyPath);
 
 // Raw access for callers that must put a value back exactly as it was found (Apply's undo record).
 // ReadValue is false when the key or the value is missing; WriteValue creates a missing key.
 bool KeyExists(const std::string& keyPath);
 bool ReadValue(const std::string& keyPath, const std::string& valueName, DWORD& type, std::string& bytes);
-void WriteValue(const std::string& keyPath, const std::string& valueName, DWORD type, const std::string& bytes);
+bool WriteValue(const std::string& keyPath, const std::string& valueName, DWORD type, const std::string& bytes);
+
+// What a value held before a write: the value (type and bytes), or only its key, or not even the key
+// (then createdKeys lists the keys the write had to create, deepest first).
+struct Previous {
+  enum State { Value, KeyOnly, NoKey } state = NoKey;
+  DWORD type = REG_NONE;
+  std::string bytes;
+  std::vector<std::string> createdKeys;
+};
+// One open for both: reads what the value holds, then writes the new type and bytes (creating a
+// missing key as SaveString does). The write is the same as SaveString's or SaveDword's for those
+// types. False when nothing could be written.
+bool ExchangeValue(const std::string& keyPath, const std::string& valueName, DWORD type, const std::string& bytes,
+                   Previous& previous);
+
+// A whole key with its values and subkeys, for putting back a key that a deletion removes.
+struct KeyTree {
+  struct Value {
+    std::string name;
+    DWORD type = REG_NONE;
+    std::string bytes;
+    bool operator==(const Value&) const = default;
+  };
+  std::vector<Value> values;
+  std::vector<std::pair<std::string, KeyTree>> subkeys;
+  bool operator==(const KeyTree&) const = default;
+};
+// False when the key cannot be opened. Subkeys deeper than 32 levels are not followed.
+bool ReadTree(const std::string& keyPath, KeyTree& tree);
+// Creates the key and writes every value and subkey of the tree into it.
+bool WriteTree(const std::string& keyPath, const KeyTree& tree);
+// Deletes a key with everything below it (RegDeleteKeyA alone leaves a key with subkeys on NT).
+bool DeleteTree(const std::string& keyPath);
 
 // SaveBinary's "Error" message goes through this; by default a plain message box with an OK button.
 // Tests install their own to record it.

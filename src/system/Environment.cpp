@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "registry/modRegistry.h"
+#include "system/Keys.h"
 
 namespace vx {
 namespace {
@@ -45,16 +46,15 @@ Environment MakeEnvironment(const std::string& editionCode, const std::string& w
   const bool nt = e.IsNT(), w98 = e.IsWin98();
 
   // Windows 98 keeps per-user copies of four desktop classes.
-  const std::string machine = "HKEY_CLASSES_ROOT\\CLSID\\";
-  const std::string perUser = w98 ? "HKEY_CURRENT_USER\\Software\\Classes\\CLSID\\" : machine;
-  e.myComputerKey = perUser + "{20D04FE0-3AEA-1069-A2D8-08002B30309D}";
-  e.myDocumentsKey = perUser + "{450D8FBA-AD25-11D0-98A8-0800361B1103}";
-  e.networkNeighborhoodKey = perUser + "{208D2C60-3AEA-1069-A2D7-08002B30309D}";
-  e.recycleBinKey = perUser + "{645FF040-5081-101B-9F08-00AA002F954E}";
-  e.internetKey = machine + (e.desktopUpdate ? "{871C5380-42A0-1069-A2EA-08002B30309D}"
-                                             : "{FBF23B42-E3F0-101B-8488-00AA003E56F8}");
-  e.dialUpKey = machine + (nt ? "{a4d92740-67cd-11cf-96f2-00aa00a11dd9}" : "{992CFFA0-F557-101A-88EC-00DD010CCC48}");
-  e.mailKey = machine + "{00020D75-0000-0000-C000-000000000046}";
+  const std::string machine = kMachineClsid;
+  const std::string perUser = w98 ? kUserClsid : machine;
+  e.myComputerKey = perUser + clsid::kMyComputer;
+  e.myDocumentsKey = perUser + clsid::kMyDocuments;
+  e.networkNeighborhoodKey = perUser + clsid::kNetworkNeighborhood;
+  e.recycleBinKey = perUser + clsid::kRecycleBin;
+  e.internetKey = machine + (e.desktopUpdate ? clsid::kInternetDesktopUpdate : clsid::kInternet);
+  e.dialUpKey = machine + (nt ? clsid::kDialUpNT : clsid::kDialUp);
+  e.mailKey = machine + clsid::kInBox;
 
   e.soundRecorder = (nt ? systemFolder : windowsFolder) + "\\sndrec32.exe";
   e.mediaPlayer = nt ? systemFolder + "\\mplay32.exe" : windowsFolder + "\\mplayer.exe";

@@ -89,18 +89,7 @@ std::string FaceNameFromFontRecord(const std::string& bytes) {
 std::string SplitIconLocation(std::string& location, int16_t& index) {
   size_t comma = location.rfind(',');
   if (comma == std::string::npos) return "";
-  // Read the number the way a 16-bit integer conversion of the text would: leading blanks, a sign,
-  // digits up to the first other character, wrapped to 16 bits; text without digits is 0.
-  const std::string tail = location.substr(comma + 1);
-  size_t i = 0;
-  while (i < tail.size() && (tail[i] == ' ' || tail[i] == '\t')) ++i;
-  bool negative = false;
-  if (i < tail.size() && (tail[i] == '-' || tail[i] == '+')) negative = tail[i++] == '-';
-  uint32_t value = 0;
-  for (; i < tail.size() && tail[i] >= '0' && tail[i] <= '9'; ++i)
-    value = (value * 10 + static_cast<uint32_t>(tail[i] - '0')) & 0xFFFF;
-  if (negative) value = (0x10000 - value) & 0xFFFF;
-  index = static_cast<int16_t>(static_cast<uint16_t>(value));
+  index = ParseIconIndex(std::string_view(location).substr(comma + 1));
   location.resize(comma);
   return location;
 }

@@ -1,11 +1,12 @@
 #include "ui/modMsgbox.h"
 
 #include "registry/modRegistry.h"
+#include "system/Keys.h"
 
 namespace modMsgbox {
 namespace {
 
-constexpr const char* kSettingsKey = "HKEY_CURRENT_USER\\Software\\Quenby\\Vexillor\\Settings";
+using vx::kSettingsKey;
 constexpr const char* kSureContinue = "Are you sure you want to continue?";
 constexpr const char* kSureChange = "Are you sure you want to change this setting?";
 
@@ -143,6 +144,20 @@ int RemoveAutorunInf() {
   return Ask(Paragraphs({"Restoring this icon will remove the 'autorun.inf' file from the selected hard drive.",
                          kSureContinue}),
              "Cancel", "OK", "", ui::kIconQuestion);
+}
+
+int ApplyFailed(const std::vector<std::string>& failedSteps, bool stopped) {
+  constexpr size_t kShown = 8;
+  std::string list;
+  for (size_t i = 0; i < failedSteps.size() && i < kShown; ++i) list += (i ? "\n" : "") + failedSteps[i];
+  if (failedSteps.size() > kShown) list += "\n(and " + std::to_string(failedSteps.size() - kShown) + " more)";
+  return Ask(Paragraphs({stopped ? "Vexillor could not finish applying your changes. It stopped at this change:"
+                                 : "Vexillor could not write these changes:",
+                         list,
+                         stopped ? "Nothing after it was written, and your changes are still pending: you can "
+                                   "press Apply again."
+                                 : "The rest of your changes were applied."}),
+             "OK", "", "", ui::kIconExclamation);
 }
 
 int NothingToRestore() {

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <string>
+#include <vector>
 
 #include "ui/seam.h"
 
@@ -37,5 +38,7 @@ int EmptyName();
 int RemoveDesktopIni();
 int RemoveAutorunInf();
 int NothingToRestore();
+// After an Apply in which steps failed: names them; `stopped` when the run ended at the failure.
+int ApplyFailed(const std::vector<std::string>& failedSteps, bool stopped);
 
 }  // namespace modMsgbox

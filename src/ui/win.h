@@ -135,6 +135,18 @@ class Window {
   HWND hwnd_ = nullptr;
 };
 
+// Runs f and stops whatever it throws: the start-up path and every window procedure go through this,
+// as no exception may unwind through user32 or end the program. False when f threw.
+template <typename F>
+bool Guarded(F&& f) noexcept {
+  try {
+    f();
+    return true;
+  } catch (...) {
+    return false;
+  }
+}
+
 // Registers a window class once (nothing happens when it is already registered).
 bool RegisterWindowClass(const char* className, WNDPROC proc, UINT classStyle, HBRUSH background,
                          HICON icon = nullptr);

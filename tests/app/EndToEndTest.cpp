@@ -10,7 +10,7 @@
 #include <set>
 
 #include "app/Preferences.h"
-#include "icons/ApplyPlan.h"
+#include "apply/Executor.h"
 #include "icons/Catalogue.h"
 #include "icons/IconApply.h"
 #include "registry/modRegistry.h"

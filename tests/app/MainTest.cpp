@@ -282,7 +282,7 @@ TEST_F(MainWindow, ClosingWithPendingChangesAnsweredEachWay) {
 
 TEST_F(MainWindow, ADeclinedRestartIsRemindedOnClose) {
   auto m = Open();
-  m->restartLater = true;
+  m->flags.restartLater = true;
   ASSERT_TRUE(Close(*m));
   ASSERT_EQ(seam.prompts.size(), 1u);
   EXPECT_EQ(seam.prompts[0].message,

@@ -4,7 +4,7 @@
 #include <tuple>
 
 #include "IconFixtures.h"
-#include "icons/ApplyPlan.h"
+#include "apply/Executor.h"
 #include "icons/IconApply.h"
 #include "icons/Refresh.h"
 #include "support/KeySnapshot.h"
@@ -116,7 +116,7 @@ TEST(IconApplyPlan, Win98WithDesktopUpdateWritesEveryItemInOrder) {
                       {"Hand", "Hand"}})
     e.push_back(Set(CUR, v, *k ? std::string("cur ") + k : ""));
   for (int i = 0; i < 15; ++i) e.push_back("system parameter 87 " + std::to_string(i) + " null 0");
-  e.push_back(Set(kProgramSettingsKey, "Current Theme", "C:\\t\\blue.vxtheme"));
+  e.push_back(Set(kSettingsKey, "Current Theme", "C:\\t\\blue.vxtheme"));
   EXPECT_EQ(Describe(BuildIconApplyPlan(env, f.catalogue, f.lists, options)), e);
 }
 
@@ -165,8 +165,9 @@ TEST(IconApplyExecute, WritesTheRegistryAndUndoPutsEverythingBack) {
     return v;
   };
   const auto before = snapshot();
-  const UndoRecord undo = Execute(plan);
-  EXPECT_TRUE(undo.exact);
+  const ApplyResult result = Execute(plan);
+  EXPECT_TRUE(result.ok());
+  const UndoRecord& undo = result.undo;
   for (const Step& s : plan)
     EXPECT_EQ(s.kind == StepKind::SetString ? modRegistry::GetString(s.key, s.value) : s.text, s.text) << Describe(s);
   Execute(undo.plan);
@@ -204,11 +205,11 @@ TEST(Rebuild, WindowsHearTheBumpedSizeThenTheOldOne) {
     g_heard.clear();
     if (*stored) modRegistry::SaveString(kWindowMetricsKey, "Shell Icon Size", stored);
     else modRegistry::DeleteValue(kWindowMetricsKey, "Shell Icon Size");
-    bool pending = true;
-    RebuildIconCache(Env("WinNT"), pending, [] {});
+    RunFlags flags{.rebuildCachePending = true};
+    RebuildIconCache(Env("WinNT"), flags, [] {});
     EXPECT_EQ(g_heard, (std::vector<std::string>{"33", "32"})) << stored;
     EXPECT_EQ(modRegistry::GetString(kWindowMetricsKey, "Shell Icon Size"), "32");
-    EXPECT_FALSE(pending);
+    EXPECT_FALSE(flags.rebuildCachePending);
   }
   DestroyWindow(listener);
 }
@@ -220,9 +221,10 @@ TEST(PromptRestartTest, YesRestartsThroughTheSeamNoRestartsLater) {
     vxtest::ScriptedSeam seam;
     vxtest::SeamScope scope(seam);
     seam.promptAnswers.push_back({c.answer, false});
-    bool needed = true;
-    EXPECT_EQ(PromptRestart(Env(c.code), needed), c.later);
-    EXPECT_FALSE(needed);
+    RunFlags flags{.restartNeeded = true};
+    PromptRestart(Env(c.code), flags);
+    EXPECT_EQ(flags.restartLater, c.later);
+    EXPECT_FALSE(flags.restartNeeded);
     EXPECT_EQ(seam.restarts, c.restarts) << c.code;  // the privilege is needed on NT only
   }
 }

@@ -43,7 +43,9 @@ struct ExplorerHost : vxtest::RecordingHost {
   }
   void RebuildIconCache() override {
     RecordingHost::RebuildIconCache();
-    vx::RebuildIconCache(env, pending, [this] { RefreshFolderTree(); });
+    vx::RunFlags flags{.rebuildCachePending = pending};
+    vx::RebuildIconCache(env, flags, [this] { RefreshFolderTree(); });
+    pending = flags.rebuildCachePending;
   }
 };
 

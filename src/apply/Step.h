@@ -1,8 +1,8 @@
 #pragma once
-// What Apply does, as data: an ordered list of steps (registry writes and deletions, system parameter
-// calls, broadcasts) built first and then executed in order by one routine. Because the plan is data,
-// its order can be checked without touching the system, it can be described line by line (a dry run
-// or a log), and executing it can record what each write replaced, giving an undo plan.
+// What Apply does, as data: an ordered list of steps (registry writes and deletions, folders, system
+// parameter calls, broadcasts) built first and then carried out by one executor (Executor.h). Because a
+// plan is data, its order can be checked without touching the system, it can be described line by line
+// (a dry run or a log), and carrying it out can record what each step replaced, giving an exact undo.
 #include <windows.h>
 
 #include <cstdint>
@@ -16,19 +16,22 @@ enum class StepKind {
   SetString,        // SaveString(key, value, text)
   SetDword,         // SaveDword(key, value, number)
   SetBinary,        // SaveBinary(key, value, text as bytes)
-  SetRaw,           // a value of any type put back exactly (undo plans only): type + bytes in text
+  SetRaw,           // a value of any type put back exactly (undo plans): type + bytes in text
   DeleteValue,      // DeleteValue(key, value)
   DeleteKey,        // DeleteKey(key = parent path, value = subkey name)
   CreateKey,        // CreateKey(key)
+  PutKeyTree,       // a deleted key put back whole (undo plans): the key tree, encoded, in text
+  CreateFolder,     // a folder (key = its path); one that is there already counts as done
+  RemoveFolder,     // an empty folder (key = its path); one that is not there counts as done
   SystemParameter,  // SystemParametersInfoA(action, uiParam, pvParam, flags)
   Broadcast,        // SendMessageA(HWND_BROADCAST, message, wParam, lParam)
 };
 
 struct Step {
   StepKind kind = StepKind::SetString;
-  std::string key;    // full key path ("HKEY_CURRENT_USER\..."); DeleteKey: the parent's path
+  std::string key;    // full key path ("HKEY_CURRENT_USER\..."); DeleteKey: the parent's path; folders: the path
   std::string value;  // value name ("" = the key's default value); DeleteKey: the subkey's name
-  std::string text;   // SetString / SetBinary / SetRaw data
+  std::string text;   // SetString / SetBinary / SetRaw / PutKeyTree data
   int32_t number = 0; // SetDword data
   DWORD rawType = REG_NONE;  // SetRaw
 
@@ -44,6 +47,9 @@ struct Step {
   WPARAM wParam = 0;
   LPARAM lParam = 0;
 
+  // A step whose failure is passed over: the run goes on with the next step even when it throws.
+  bool skipOnError = false;
+
   bool operator==(const Step&) const = default;
 };
 
@@ -56,8 +62,16 @@ Step SetRaw(const std::string& key, const std::string& value, DWORD type, const 
 Step DeleteValue(const std::string& key, const std::string& value);
 Step DeleteKey(const std::string& parentKey, const std::string& subkey);
 Step CreateKey(const std::string& key);
+Step PutKeyTree(const std::string& key, const std::string& encodedTree);
+Step CreateFolder(const std::string& path);
+Step RemoveFolder(const std::string& path);
 Step SystemParameter(UINT action, UINT uiParam, UINT flags, std::optional<std::string> pvData = {});
 Step Broadcast(WPARAM wParam, LPARAM lParam, UINT message = WM_SETTINGCHANGE);
+
+// Appends `more` to `plan`.
+void Append(Plan& plan, const Plan& more);
+// The steps with skipOnError set.
+Plan Skippable(Plan plan);
 
 // True for steps that only tell the system to reload (system parameter calls, broadcasts).
 bool IsNotification(const Step& step);
@@ -66,21 +80,5 @@ bool IsNotification(const Step& step);
 // empty text stays visible: set string "HKEY_CURRENT_USER\Control Panel\Cursors" "Arrow" = "".
 std::string Describe(const Step& step);
 std::vector<std::string> Describe(const Plan& plan);
-
-// What executing a plan replaced. Running `plan` puts back every value and key the executed plan
-// wrote or deleted (values with their old type and bytes, removed values, keys that it created),
-// newest first, then repeats the executed plan's notifications so the system reloads the old state.
-// `exact` is false when the executed plan deleted a key that existed: a key's contents are not
-// recorded, so such an undo recreates the key empty.
-struct UndoRecord {
-  Plan plan;
-  bool exact = true;
-};
-
-// Performs every step in order. Registry failures are not checked (writes create missing keys);
-// the return value is the undo record built from what each step replaced.
-UndoRecord Execute(const Plan& plan);
-// Performs every step in order without recording anything (for writes that put themselves back).
-void Run(const Plan& plan);
 
 }  // namespace vx
