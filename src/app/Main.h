@@ -73,6 +73,8 @@ class Main : public ui::Window, public EditHost {
   // What the last Apply replaced, so it can be put back exactly, and which of its steps failed.
   const UndoRecord& lastUndo() const { return lastApply_.undo; }
   const ApplyResult& lastApply() const { return lastApply_; }
+  // The icon lists by tab, as Apply and the themes read them.
+  IconLists Lists() const;
 
   // Run-wide flags.
   RunFlags flags;
@@ -107,7 +109,6 @@ class Main : public ui::Window, public EditHost {
   void RebuildRecentMenu();
   void RestorePosition();
   void FillSettingsTree();
-  IconLists Lists() const;
   void EnsureFolderTree();
   LRESULT OnNotify(const NMHDR* hdr);
   void OnSplitterMove(int x);

@@ -1,6 +1,7 @@
 // Registry access against the real registry of the test prefix.
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <stdexcept>
 
 #include "registry/modCommon.h"
@@ -173,6 +174,51 @@ TEST(CommonText, StripNullAndTrim) {
   EXPECT_EQ(TrimSpaces("  a b  "), "a b");
   EXPECT_EQ(TrimSpaces("   "), "");
   EXPECT_EQ(LowerAscii("%SystemRoot%"), "%systemroot%");
+}
+
+}  // namespace
+
+namespace {
+
+// Numbers from files and the registry: one checked conversion, and the icon index's 16-bit wrap.
+TEST(Numbers, CheckedConversionAndIconIndexWrap) {
+  const struct { const char* text; std::optional<int32_t> value; int16_t index; } cases[] = {
+      {"48", 48, 48},          {"  48 px", 48, 48},       {"-3", -3, -3},
+      {"+7", 7, 7},            {"", std::nullopt, 0},       {"abc", std::nullopt, 0},
+      {"65535", 65535, -1},    {"65536", 65536, 0},         {"2147483647", 2147483647, -1},
+      {"2147483648", std::nullopt, 0}, {"-2147483648", INT32_MIN, 0},
+      {"99999999999999999999", std::nullopt, -1},  // 10^20 - 1: no overflow, and -1 in 16 bits
+      {"-", std::nullopt, 0},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(ParseInt32(c.text), c.value) << c.text;
+    EXPECT_EQ(ParseIconIndex(c.text), c.index) << c.text;
+  }
+}
+
+TEST_F(Registry, ExchangeTellsWhatAWriteReplacedAndKeyTreesComeBackWhole) {
+  Previous p;
+  SaveString(kBase, "present", "yes");
+  EXPECT_TRUE(ExchangeValue(kBase + "\\A\\B", "v", REG_SZ, "one", p));
+  EXPECT_EQ(p.state, Previous::NoKey);
+  EXPECT_EQ(p.createdKeys, (std::vector<std::string>{kBase + "\\A\\B", kBase + "\\A"}));
+  EXPECT_TRUE(ExchangeValue(kBase + "\\A\\B", "w", REG_DWORD, std::string("\5\0\0\0", 4), p));
+  EXPECT_EQ(p.state, Previous::KeyOnly);
+  EXPECT_TRUE(ExchangeValue(kBase + "\\A\\B", "v", REG_SZ, "two", p));
+  EXPECT_EQ(p.state, Previous::Value);
+  EXPECT_EQ(p.type, static_cast<DWORD>(REG_SZ));
+  EXPECT_EQ(StripNull(p.bytes), "one");
+  EXPECT_FALSE(ExchangeValue("HKEY_NOWHERE\\x", "v", REG_SZ, "x", p));
+
+  KeyTree tree;
+  ASSERT_TRUE(ReadTree(kBase + "\\A", tree));
+  ASSERT_TRUE(DeleteTree(kBase + "\\A"));
+  EXPECT_FALSE(vxtest::KeyExists(kBase + "\\A"));
+  ASSERT_TRUE(WriteTree(kBase + "\\A", tree));
+  KeyTree back;
+  ASSERT_TRUE(ReadTree(kBase + "\\A", back));
+  EXPECT_EQ(back, tree);
+  EXPECT_EQ(GetDword(kBase + "\\A\\B", "w"), 5);
 }
 
 }  // namespace

@@ -1,0 +1,136 @@
+// The executor against the real registry and file system of the test prefix: what a plan does, what
+// its undo record puts back, and what happens when a step fails.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <stdexcept>
+
+#include "apply/Executor.h"
+#include "registry/modRegistry.h"
+#include "support/RegistryScope.h"
+
+using namespace vx;
+
+namespace {
+
+const std::string kBase = "HKEY_CURRENT_USER\\Software\\VexillorTest";
+
+std::string TempFolder(const char* name) {
+  char dir[MAX_PATH];
+  GetTempPathA(MAX_PATH, dir);
+  return std::string(dir) + name;
+}
+
+// Everything under the test key, as a comparable tree (empty when the key is missing).
+modRegistry::KeyTree Tree() {
+  modRegistry::KeyTree t;
+  modRegistry::ReadTree(kBase, t);
+  return t;
+}
+
+struct Executor : ::testing::Test {
+  vxtest::RegistryScope scope{{kBase}};
+  std::string kept = TempFolder("VexillorTestKept"), made = TempFolder("VexillorTestMade");
+  Executor() {
+    CreateDirectoryA(kept.c_str(), nullptr);
+    RemoveDirectoryA(made.c_str());
+    modRegistry::SaveString(kBase + "\\Old", "text", "before");
+    modRegistry::SaveString(kBase + "\\Old", "gone", "deleted by the plan");
+    modRegistry::SaveDword(kBase + "\\Old", "binary", 7);
+    vxtest::WriteRaw(kBase + "\\Tree\\Sub\\Deep", "x", REG_EXPAND_SZ, std::string("%a%\0", 4));
+    modRegistry::SaveString(kBase + "\\Tree", "", "default");
+  }
+  ~Executor() override {
+    RemoveDirectoryA(kept.c_str());
+    RemoveDirectoryA(made.c_str());
+    SetStepHook(nullptr);
+  }
+};
+
+TEST_F(Executor, UndoPutsBackValuesTypesTreesKeysFoldersAndParameters) {
+  const UINT width = static_cast<UINT>(GetSystemMetrics(SM_CXDOUBLECLK));
+  const Plan plan = {
+      SetString(kBase + "\\Old", "text", "after"),
+      SetString(kBase + "\\New\\Chain", "v", "created with its keys"),
+      SetBinary(kBase + "\\Old", "binary", std::string("\1\0\0\0", 4)),  // a DWORD becomes bytes
+      DeleteValue(kBase + "\\Old", "gone"),
+      DeleteKey(kBase, "Tree"),  // refused: on NT-family systems a key with subkeys stays
+      DeleteKey(kBase + "\\Tree\\Sub", "Deep"),
+      DeleteKey(kBase + "\\Tree", "Sub"),
+      DeleteKey(kBase, "Tree"),
+      CreateKey(kBase + "\\Made\\Empty"),
+      CreateFolder(made),
+      RemoveFolder(kept),
+      SystemParameter(SPI_SETDOUBLECLKWIDTH, width + 3, 0),
+  };
+  const modRegistry::KeyTree before = Tree();
+  const ApplyResult result = Execute(plan);
+  ASSERT_EQ(result.failures.size(), 1u);
+  EXPECT_EQ(result.failures[0].index, 4u);
+  EXPECT_FALSE(result.stopped);
+  EXPECT_EQ(modRegistry::GetString(kBase + "\\New\\Chain", "v"), "created with its keys");
+  EXPECT_FALSE(vxtest::KeyExists(kBase + "\\Tree"));
+  EXPECT_EQ(GetFileAttributesA(kept.c_str()), INVALID_FILE_ATTRIBUTES);
+  EXPECT_NE(GetFileAttributesA(made.c_str()), INVALID_FILE_ATTRIBUTES);
+  EXPECT_EQ(GetSystemMetrics(SM_CXDOUBLECLK), static_cast<int>(width + 3));
+
+  EXPECT_TRUE(vx::Run(result.undo.plan).empty());
+  EXPECT_EQ(Tree(), before);  // names, types and bytes of every value, every key, nothing more
+  EXPECT_NE(GetFileAttributesA(kept.c_str()), INVALID_FILE_ATTRIBUTES);
+  EXPECT_EQ(GetFileAttributesA(made.c_str()), INVALID_FILE_ATTRIBUTES);
+  EXPECT_EQ(GetSystemMetrics(SM_CXDOUBLECLK), static_cast<int>(width));
+}
+
+TEST_F(Executor, AThrowingStepStopsTheRunUnlessItMaySkipAndWriteFailuresAreRecorded) {
+  const modRegistry::KeyTree before = Tree();
+  const Step empty = SetBinary(kBase + "\\Old", "binary", "");  // an empty byte string throws
+  const Plan plan = {SetString(kBase + "\\Old", "text", "first"), empty, SetString(kBase + "\\Old", "text", "third")};
+  ApplyResult r = Execute(plan);
+  EXPECT_TRUE(r.stopped);
+  ASSERT_EQ(r.failures.size(), 1u);
+  EXPECT_EQ(r.failures[0].index, 1u);
+  EXPECT_EQ(r.failures[0].reason, "Subscript out of range");
+  EXPECT_EQ(modRegistry::GetString(kBase + "\\Old", "text"), "first");  // the third step never ran
+  vx::Run(r.undo.plan);
+  EXPECT_EQ(Tree(), before);
+
+  // Marked skippable, the same step is recorded and passed over; a write that cannot be made (a root
+  // that does not exist) is recorded and the run goes on.
+  r = Execute({Skippable({empty})[0], SetString("HKEY_NOWHERE\\x", "v", "t"), SetString(kBase, "after", "yes")});
+  EXPECT_FALSE(r.stopped);
+  ASSERT_EQ(r.failures.size(), 2u);
+  EXPECT_EQ(r.failures[1].reason, "the write failed");
+  EXPECT_EQ(modRegistry::GetString(kBase, "after"), "yes");
+
+  // What a step hook throws counts as that step's failure, before the step runs.
+  SetStepHook([](const Step& s, size_t) {
+    if (s.value == "second") throw std::runtime_error("stopped by the test");
+  });
+  r = Execute({SetString(kBase, "first", "1"), SetString(kBase, "second", "2"), SetString(kBase, "third", "3")});
+  EXPECT_TRUE(r.stopped);
+  EXPECT_EQ(r.failures[0].reason, "stopped by the test");
+  EXPECT_EQ(modRegistry::GetString(kBase, "second"), "Error");
+  vx::Run(r.undo.plan);
+  EXPECT_EQ(modRegistry::GetString(kBase, "first"), "Error");
+}
+
+TEST(KeyTreeText, RoundTripsAndRefusesDamage) {
+  modRegistry::KeyTree tree;
+  tree.values.push_back({"", REG_SZ, "default"});
+  tree.values.push_back({"bin", REG_BINARY, std::string("\0\xff\n", 3)});
+  tree.subkeys.push_back({"Sub", modRegistry::KeyTree{{{"n", REG_DWORD, std::string("\1\0\0\0", 4)}}, {}}});
+  const std::string text = EncodeKeyTree(tree);
+  modRegistry::KeyTree back;
+  ASSERT_TRUE(DecodeKeyTree(text, back));
+  EXPECT_EQ(back, tree);
+  for (size_t cut = 0; cut < text.size(); ++cut) EXPECT_FALSE(DecodeKeyTree(text.substr(0, cut), back)) << cut;
+  std::string wrong = text;
+  wrong[0] = 'X';
+  EXPECT_FALSE(DecodeKeyTree(wrong, back));
+  EXPECT_FALSE(DecodeKeyTree(text + "E", back));
+  std::string huge = "V";  // a length far past the text
+  huge.append("\xff\xff\xff\x7f", 4);
+  EXPECT_FALSE(DecodeKeyTree(huge, back));
+}
+
+}  // namespace
