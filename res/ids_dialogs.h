@@ -2,3 +2,4 @@
 // Dialogs: prompt (1000-1099), icon picker and rename box (1100-1299).
 #include "ids_prompt.h"
 #include "ids_picker.h"
+#include "ids_review.h"

@@ -18,7 +18,7 @@ Plan BuildApplyPlan(const ApplyInput& input, const RunFlags& flags) {
 }
 
 ApplyResult RunApply(const ApplyInput& input, RunFlags& flags) {
-  ApplyResult result = Execute(BuildApplyPlan(input, flags));
+  ApplyResult result = Execute(BuildApplyPlan(input, flags), input.journal);
   if (result.stopped) return result;
   if (flags.rebuildCachePending) RebuildIconCache(input.env, flags, input.refreshFolderTree);
   if (flags.restartNeeded) PromptRestart(input.env, flags);

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "apply/Executor.h"
+#include "apply/Journal.h"
 #include "apply/RunFlags.h"
 #include "icons/Catalogue.h"
 #include "icons/IconApply.h"
@@ -27,6 +28,7 @@ struct ApplyInput {
   std::function<Plan()> settingsStage;
   std::function<std::optional<bool>()> bitmapThumbnail;
   std::function<void()> refreshFolderTree;
+  Journal* journal = nullptr;  // when given, the run is journaled
 };
 
 // The plan of the stages that write (settings, icons), as the run would carry it out.

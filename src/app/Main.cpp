@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include "app/Shell.h"
+#include "app/Undo.h"
 #include "registry/modRegistry.h"
 #include "resource.h"
 #include "ui/modMsgbox.h"
@@ -70,6 +71,8 @@ void Main::Form_Load() {
                                                                                                        : active);
   });
   ui::Guarded([&] { SetRecentThemes(commandLine_); });
+  // An Apply that was cut off (the program killed, the power gone) is offered back first thing.
+  if (!flags.autoApplyMode) ui::Guarded([&] { OfferRecovery(); });
 }
 
 bool Main::Form_QueryUnload() {
@@ -150,6 +153,10 @@ LRESULT Main::HandleMessage(UINT msg, WPARAM wp, LPARAM lp) {
       return 0;
     case WM_NOTIFY:
       return OnNotify(reinterpret_cast<const NMHDR*>(lp));
+    case WM_INITMENUPOPUP:
+      // Undo Last Apply is there only when an Apply can be taken back.
+      EnableMenuItem(menu_, IDM_TOOLS_UNDO, MF_BYCOMMAND | (CanUndoLastApply() ? MF_ENABLED : MF_GRAYED));
+      return 0;
     case WM_CLOSE:
       if (closing_ || Form_QueryUnload()) return 0;
       closing_ = true;

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "app/ApplyRun.h"
 #include "app/Preferences.h"
 #include "apply/Executor.h"
 #include "apply/RunFlags.h"
@@ -57,6 +58,14 @@ class Main : public ui::Window, public EditHost {
   void RestoreAllSettings();
   void RestoreAllIcons();
   void RestoreAllPointers();
+
+  // Taking an Apply back and looking at one before it is made (journal, undo, preview).
+  void UndoLastApply();
+  void ReviewChanges();
+  void OfferRecovery();  // at start, when the last Apply was cut off
+  void ReloadIcons();    // the lists read again from the system (after an undo)
+  // What Apply reads and how it runs, for Apply and Review Changes alike.
+  ApplyInput MakeApplyInput(const ListValues& values);
 
   // --- state, read by tests and the other routines --------------------------------------------------
   const Environment& environment() const { return env_; }
@@ -134,6 +143,9 @@ class Main : public ui::Window, public EditHost {
   bool contextHelp_ = false;
   ApplyResult lastApply_;
 };
+
+// After an Apply or an undo in which steps failed: one prompt that names them in the user's words.
+void ReportFailures(const ApplyResult& result);
 
 // Creates the main window, runs the message loop and returns the exit code.
 int RunMain(const std::string& commandLine, int show);

@@ -2,6 +2,8 @@
 #include "app/Main.h"
 
 #include "app/ApplyRun.h"
+#include "app/Undo.h"
+#include "apply/Journal.h"
 #include "app/Shell.h"
 #include "registry/modRegistry.h"
 #include "resource.h"
@@ -19,15 +21,17 @@ void Main::cmdApply_Click() {
   ui::MousePointer wait(ui::MousePointer::kHourglass);
   const IconLists lists = Lists();
   const ListBoxValues values(lists);
-  ApplyInput input{env_, catalogue_, values, currentTheme_, {}, {}, [this] { RefreshFolderTree(); }};
+  ApplyInput input = MakeApplyInput(values);
+  Journal journal(JournalPath(), Journal::kApply);
+  input.journal = &journal;
   lastApply_ = RunApply(input, flags);
   // A run that stopped leaves its changes pending, so Apply can be pressed again.
   if (!lastApply_.stopped) EnableWindow(control(IDC_APPLY), FALSE);
-  if (!lastApply_.failures.empty()) {
-    std::vector<std::string> failed;
-    for (const StepFailure& f : lastApply_.failures) failed.push_back(Describe(f.step) + " (" + f.reason + ")");
-    modMsgbox::ApplyFailed(failed, lastApply_.stopped);
-  }
+  ReportFailures(lastApply_);
+}
+
+ApplyInput Main::MakeApplyInput(const ListValues& values) {
+  return ApplyInput{env_, catalogue_, values, currentTheme_, {}, {}, [this] { RefreshFolderTree(); }};
 }
 
 void Main::cmdOK_Click() {
@@ -62,6 +66,8 @@ void Main::OnCommand(int id) {
     case IDM_TOOLS_RESTORE_SETTINGS: RestoreAllSettings(); break;
     case IDM_TOOLS_RESTORE_ICONS: RestoreAllIcons(); break;
     case IDM_TOOLS_RESTORE_POINTERS: RestoreAllPointers(); break;
+    case IDM_TOOLS_UNDO: UndoLastApply(); break;
+    case IDM_TOOLS_REVIEW: ReviewChanges(); break;
     case IDM_HELP_WHATSTHIS: EnterContextHelp(); break;
     case IDM_HELP_ABOUT: ShowAbout(hwnd()); break;
     case IDT_NEXT_TAB: if (CurrentTab() < kTabCount) SelectTab(CurrentTab() + 1); break;

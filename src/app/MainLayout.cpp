@@ -68,7 +68,10 @@ void Main::CreateMenus() {
   HMENU tools = CreatePopupMenu();
   AppendRows(tools, {{"Restore all &Settings", IDM_TOOLS_RESTORE_SETTINGS},
                      {"Restore all &Icons", IDM_TOOLS_RESTORE_ICONS},
-                     {"Restore all &Pointers", IDM_TOOLS_RESTORE_POINTERS}});
+                     {"Restore all &Pointers", IDM_TOOLS_RESTORE_POINTERS},
+                     {nullptr, 0},
+                     {"&Undo Last Apply", IDM_TOOLS_UNDO},
+                     {"Re&view Changes...", IDM_TOOLS_REVIEW}});
   HMENU web = CreatePopupMenu();
   AppendRows(web, {{"&Email Author", IDM_WEB_EMAIL},
                    {"Vexillor &Home Page", IDM_WEB_HOME},

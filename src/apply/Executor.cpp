@@ -1,7 +1,12 @@
 #include "apply/Executor.h"
 
+#include "apply/Codec.h"
+
 #include <cstring>
 #include <exception>
+#include <map>
+
+#include "apply/Journal.h"
 
 namespace vx {
 namespace {
@@ -35,15 +40,6 @@ Plan RemoveCreatedKeys(const std::string& keyPath) {
     k = parent;
   }
   return steps;
-}
-
-// The step that puts a value back as it is now: its old type and bytes, or its absence.
-Plan PutBackValue(const std::string& key, const std::string& value) {
-  DWORD type = REG_NONE;
-  std::string bytes;
-  if (modRegistry::ReadValue(key, value, type, bytes)) return {SetRaw(key, value, type, bytes)};
-  if (modRegistry::KeyExists(key)) return {DeleteValue(key, value)};
-  return RemoveCreatedKeys(key);
 }
 
 bool FolderExists(const std::string& path) {
@@ -87,25 +83,39 @@ std::optional<Step> CurrentParameter(const Step& s) {
   }
 }
 
-// What undoes one step, read just before the step runs. Notifications that cannot be read back go to
-// `repeat`, to be made again once everything else is back.
-Plan UndoFor(const Step& step, Plan& repeat) {
-  switch (step.kind) {
+// What undoes a step that changes one value, from what the value holds now.
+Plan UndoOfValue(const Step& step, const modRegistry::Previous& previous) {
+  using modRegistry::Previous;
+  switch (previous.state) {
+    case Previous::Value: return {SetRaw(step.key, step.value, previous.type, previous.bytes)};
+    case Previous::KeyOnly:
+      return step.kind == StepKind::DeleteValue ? Plan{} : Plan{DeleteValue(step.key, step.value)};
+    case Previous::NoKey: {
+      // SaveBinary does not create keys, and deleting from a missing key leaves nothing to take back.
+      if (step.kind == StepKind::SetBinary || step.kind == StepKind::DeleteValue) return {};
+      Plan steps;
+      for (const std::string& k : previous.createdKeys) steps.push_back(DeleteKey(ParentOf(k), LeafOf(k)));
+      return steps;
+    }
+  }
+  return {};
+}
+
+bool ChangesOneValue(const Step& s) {
+  switch (s.kind) {
     case StepKind::SetString:
     case StepKind::SetDword:
     case StepKind::SetRaw:
-      return {};  // recorded by the write itself (Perform)
-    case StepKind::SetBinary: {
-      // SaveBinary does not create keys, so a missing key leaves nothing to take back.
-      if (!modRegistry::KeyExists(step.key)) return {};
-      return PutBackValue(step.key, step.value);
-    }
-    case StepKind::DeleteValue: {
-      DWORD type = REG_NONE;
-      std::string bytes;
-      if (modRegistry::ReadValue(step.key, step.value, type, bytes)) return {SetRaw(step.key, step.value, type, bytes)};
-      return {};
-    }
+    case StepKind::SetBinary:
+    case StepKind::DeleteValue: return true;
+    default: return false;
+  }
+}
+
+// What undoes any other step. Notifications that cannot be read back are repeated instead, once
+// everything else is back (`repeat`).
+Plan UndoOfOther(const Step& step, bool& repeat) {
+  switch (step.kind) {
     case StepKind::DeleteKey: {
       KeyTree tree;
       if (!modRegistry::ReadTree(step.key + "\\" + step.value, tree)) return {};
@@ -124,42 +134,73 @@ Plan UndoFor(const Step& step, Plan& repeat) {
       return FolderExists(step.key) ? Plan{CreateFolder(step.key)} : Plan{};
     case StepKind::SystemParameter:
       if (auto back = CurrentParameter(step)) return {*back};
-      repeat.push_back(step);
+      repeat = true;
       return {};
     case StepKind::Broadcast:
-      repeat.push_back(step);
+      repeat = true;
+      return {};
+    default:
       return {};
   }
-  return {};
 }
 
-// A registry write that reads what it replaces in the same open (the undo record costs one query).
-bool Exchange(const Step& step, DWORD type, const std::string& bytes, Plan* undo) {
-  if (!undo) return modRegistry::WriteValue(step.key, step.value, type, bytes);
-  modRegistry::Previous previous;
-  const bool ok = modRegistry::ExchangeValue(step.key, step.value, type, bytes, previous);
-  switch (previous.state) {
-    case modRegistry::Previous::Value: *undo = {SetRaw(step.key, step.value, previous.type, previous.bytes)}; break;
-    case modRegistry::Previous::KeyOnly: *undo = {DeleteValue(step.key, step.value)}; break;
-    case modRegistry::Previous::NoKey:
-      for (const std::string& k : previous.createdKeys) undo->push_back(DeleteKey(ParentOf(k), LeafOf(k)));
-      break;
+// What undoes each step, all read before any of them runs (so a journal can hold it before the first
+// write). The values a plan changes are read one key at a time, with one open for all of a key's values.
+struct Captured {
+  std::vector<Plan> fragments;
+  std::vector<bool> repeat;
+
+  // The undo of the steps up to and including `last`, newest first, then the repeated notifications.
+  Plan UndoUpTo(const Plan& plan, size_t last) const {
+    Plan undo;
+    for (size_t i = last + 1; i-- > 0;) Append(undo, fragments[i]);
+    for (size_t i = 0; i <= last && i < plan.size(); ++i)
+      if (repeat[i]) undo.push_back(plan[i]);
+    return undo;
   }
-  return ok;
+};
+
+Captured Capture(const Plan& plan) {
+  Captured c{std::vector<Plan>(plan.size()), std::vector<bool>(plan.size())};
+  std::map<std::string, std::vector<size_t>> byKey;
+  for (size_t i = 0; i < plan.size(); ++i) {
+    if (ChangesOneValue(plan[i])) {
+      byKey[plan[i].key].push_back(i);
+    } else {
+      bool repeat = false;
+      c.fragments[i] = UndoOfOther(plan[i], repeat);
+      c.repeat[i] = repeat;
+    }
+  }
+  for (const auto& [key, steps] : byKey) {
+    std::vector<std::string> names;
+    for (size_t i : steps) names.push_back(plan[i].value);
+    const std::vector<modRegistry::Previous> previous = modRegistry::ReadPrevious(key, names);
+    for (size_t j = 0; j < steps.size(); ++j) c.fragments[steps[j]] = UndoOfValue(plan[steps[j]], previous[j]);
+  }
+  return c;
 }
 
-// Carries out one step; false when it failed. `undo`, when given, receives what undoes the writes that
-// record themselves.
-bool Perform(const Step& step, Plan* undo) {
+std::string Dword(int32_t n) {
+  const DWORD data = static_cast<DWORD>(n);
+  return std::string(reinterpret_cast<const char*>(&data), sizeof data);
+}
+
+// Carries out one step; false when it failed. Value writes go through the writer, which keeps a key
+// open while consecutive steps write to it.
+bool Perform(const Step& step, modRegistry::Writer& writer) {
   switch (step.kind) {
     case StepKind::SetString:
-      return Exchange(step, REG_SZ, step.text, undo);
-    case StepKind::SetDword: {
-      const DWORD data = static_cast<DWORD>(step.number);
-      return Exchange(step, REG_DWORD, std::string(reinterpret_cast<const char*>(&data), sizeof data), undo);
-    }
+      return writer.Set(step.key, step.value, REG_SZ, step.text);
+    case StepKind::SetDword:
+      return writer.Set(step.key, step.value, REG_DWORD, Dword(step.number));
     case StepKind::SetRaw:
-      return Exchange(step, step.rawType, step.text, undo);
+      return writer.Set(step.key, step.value, step.rawType, step.text);
+    default:
+      break;
+  }
+  writer.Close();
+  switch (step.kind) {
     case StepKind::SetBinary:
       return modRegistry::SaveBinary(step.key, step.value, step.text);
     case StepKind::DeleteValue:
@@ -187,8 +228,9 @@ bool Perform(const Step& step, Plan* undo) {
     case StepKind::Broadcast:
       SendMessageA(HWND_BROADCAST, step.message, step.wParam, step.lParam);
       return true;
+    default:
+      return true;
   }
-  return true;
 }
 
 std::string Reason(const std::exception_ptr& error) {
@@ -201,67 +243,42 @@ std::string Reason(const std::exception_ptr& error) {
   }
 }
 
-// --- key tree text: "V" name type bytes | "K" name tree | "E", each text as its length and its bytes.
-
-void PutNumber(std::string& out, uint32_t n) { out.append(reinterpret_cast<const char*>(&n), sizeof n); }
-void PutText(std::string& out, const std::string& s) {
-  PutNumber(out, static_cast<uint32_t>(s.size()));
-  out += s;
-}
+// --- key tree text: "V" name type bytes | "K" name tree | "E".
 
 void EncodeInto(std::string& out, const KeyTree& tree) {
   for (const auto& v : tree.values) {
     out += 'V';
-    PutText(out, v.name);
-    PutNumber(out, static_cast<uint32_t>(v.type));
-    PutText(out, v.bytes);
+    codec::PutText(out, v.name);
+    codec::PutNumber(out, static_cast<uint32_t>(v.type));
+    codec::PutText(out, v.bytes);
   }
   for (const auto& [name, child] : tree.subkeys) {
     out += 'K';
-    PutText(out, name);
+    codec::PutText(out, name);
     EncodeInto(out, child);
   }
   out += 'E';
 }
 
-struct Reader {
-  std::string_view text;
-  size_t at = 0;
-  bool Number(uint32_t& n) {
-    if (text.size() - at < sizeof n) return false;
-    std::memcpy(&n, text.data() + at, sizeof n);
-    at += sizeof n;
-    return true;
-  }
-  bool Text(std::string& s) {
-    uint32_t n = 0;
-    if (!Number(n) || text.size() - at < n) return false;
-    s.assign(text.substr(at, n));
-    at += n;
-    return true;
-  }
-  bool Tree(KeyTree& tree, int depth) {
-    if (depth > 64) return false;
-    while (at < text.size()) {
-      const char tag = text[at++];
-      if (tag == 'E') return true;
-      if (tag == 'V') {
-        KeyTree::Value v;
-        uint32_t type = 0;
-        if (!Text(v.name) || !Number(type) || !Text(v.bytes)) return false;
-        v.type = type;
-        tree.values.push_back(std::move(v));
-      } else if (tag == 'K') {
-        std::pair<std::string, KeyTree> child;
-        if (!Text(child.first) || !Tree(child.second, depth + 1)) return false;
-        tree.subkeys.push_back(std::move(child));
-      } else {
-        return false;
-      }
+bool DecodeFrom(codec::Reader& r, KeyTree& tree, int depth) {
+  if (depth > 64) return false;
+  char tag = 0;
+  while (r.Tag(tag)) {
+    if (tag == 'E') return true;
+    if (tag == 'V') {
+      KeyTree::Value v;
+      if (!r.Text(v.name) || !r.Number(v.type) || !r.Text(v.bytes)) return false;
+      tree.values.push_back(std::move(v));
+    } else if (tag == 'K') {
+      std::pair<std::string, KeyTree> child;
+      if (!r.Text(child.first) || !DecodeFrom(r, child.second, depth + 1)) return false;
+      tree.subkeys.push_back(std::move(child));
+    } else {
+      return false;
     }
-    return false;
   }
-};
+  return false;
+}
 
 }  // namespace
 
@@ -273,46 +290,49 @@ std::string EncodeKeyTree(const KeyTree& tree) {
 
 bool DecodeKeyTree(std::string_view text, KeyTree& tree) {
   tree = KeyTree{};
-  Reader r{text};
-  return r.Tree(tree, 0) && r.at == text.size();
+  codec::Reader r{text};
+  return DecodeFrom(r, tree, 0) && r.AtEnd();
 }
 
 void SetStepHook(StepHook hook) { Hook() = std::move(hook); }
 
-ApplyResult Execute(const Plan& plan) {
+ApplyResult Execute(const Plan& plan, Journal* journal) {
   ApplyResult result;
-  std::vector<Plan> fragments;
-  fragments.reserve(plan.size());
-  Plan repeat;
+  if (plan.empty()) return result;
+  const Captured captured = Capture(plan);
+  if (journal) journal->Begin(plan, captured.UndoUpTo(plan, plan.size() - 1));
+  modRegistry::Writer writer;
+  size_t last = 0;
   for (size_t i = 0; i < plan.size(); ++i) {
     const Step& step = plan[i];
-    Plan undo;
+    last = i;
     try {
       if (Hook()) Hook()(step, i);
-      undo = UndoFor(step, repeat);
-      const bool ok = Perform(step, &undo);
-      fragments.push_back(std::move(undo));
-      if (!ok) result.failures.push_back({i, step, "the write failed"});
+      if (!Perform(step, writer)) result.failures.push_back({i, step, "the write failed"});
     } catch (...) {
-      fragments.push_back(std::move(undo));
       result.failures.push_back({i, step, Reason(std::current_exception())});
       if (!step.skipOnError) {
         result.stopped = true;
         break;
       }
     }
+    if (journal) journal->Done(i);
   }
-  for (auto it = fragments.rbegin(); it != fragments.rend(); ++it) Append(result.undo.plan, *it);
-  Append(result.undo.plan, repeat);
+  writer.Close();
+  // A run that ends here, stopped or not, is complete: only a program killed in its middle leaves an
+  // incomplete journal behind.
+  if (journal) journal->Complete();
+  result.undo.plan = captured.UndoUpTo(plan, last);
   return result;
 }
 
 std::vector<StepFailure> Run(const Plan& plan) {
   std::vector<StepFailure> failures;
+  modRegistry::Writer writer;
   for (size_t i = 0; i < plan.size(); ++i) {
     try {
       if (Hook()) Hook()(plan[i], i);
-      if (!Perform(plan[i], nullptr)) failures.push_back({i, plan[i], "the write failed"});
+      if (!Perform(plan[i], writer)) failures.push_back({i, plan[i], "the write failed"});
     } catch (...) {
       failures.push_back({i, plan[i], Reason(std::current_exception())});
     }

@@ -34,7 +34,12 @@ struct ApplyResult {
   bool ok() const { return failures.empty(); }
 };
 
-ApplyResult Execute(const Plan& plan);
+class Journal;
+
+// What every step is about to replace is read before the first step runs; with a journal, the plan and
+// that undo record are on disk before anything is changed, each step is marked when it has run, and
+// the journal is marked complete when the run ends (stopped or not).
+ApplyResult Execute(const Plan& plan, Journal* journal = nullptr);
 // Carries out every step without recording anything (for writes that put themselves back, and undo
 // plans). Throwing steps are passed over like failing ones; returns the failures.
 std::vector<StepFailure> Run(const Plan& plan);

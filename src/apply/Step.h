@@ -50,6 +50,9 @@ struct Step {
   // A step whose failure is passed over: the run goes on with the next step even when it throws.
   bool skipOnError = false;
 
+  // What the step is for, in the user's words ("the Closed Folder icon"), for reports of failed writes.
+  std::string label;
+
   bool operator==(const Step&) const = default;
 };
 

@@ -40,7 +40,7 @@ class Builder {
     std::vector<Placed> rows = AppliedRows(tab, env_);
     for (const Placed& p : rows)
       if (p.row->store == Store::Override)
-        plan.push_back(SetString(kShellIconsKey, std::to_string(p.row->number), Location(*p.row)));
+        Push(SetString(kShellIconsKey, std::to_string(p.row->number), Location(*p.row)), *p.row, " icon");
     std::stable_sort(rows.begin(), rows.end(), [](const Placed& a, const Placed& b) { return a.pos < b.pos; });
     for (const Placed& p : rows) Icon(*p.row);
     for (const Placed& p : rows)
@@ -50,6 +50,12 @@ class Builder {
   Plan plan;
 
  private:
+  // Every step says what it is for, in words the user knows from the lists.
+  void Push(Step step, const ItemRow& r, const char* what) {
+    step.label = std::string(r.caption) + what;
+    plan.push_back(std::move(step));
+  }
+
   std::string Location(const ItemRow& r) const { return lists_.ItemFullPath(r.tab, r.key); }
 
   void Icon(const ItemRow& r) {
@@ -58,7 +64,7 @@ class Builder {
         if (r.cls == ClassOf::RecycleBin) {
           if (r.key == std::string_view(kRecycleEmptyKey)) RecycleBinIcons(ClassKeyOf(r, env_) + kDefaultIcon);
         } else {
-          plan.push_back(SetString(ClassKeyOf(r, env_) + kDefaultIcon, "", Location(r)));
+          Push(SetString(ClassKeyOf(r, env_) + kDefaultIcon, "", Location(r)), r, " icon");
         }
         break;
       case Store::Document: {
@@ -66,8 +72,9 @@ class Builder {
         const std::string location = Location(r);
         const IconItem* item = FindItem(catalogue_, r.tab, r.key);
         if (location.size() >= 2 && item && !item->className.empty())
-          plan.push_back(SetString(kClassesRoot + item->className + kDefaultIcon, "", location));
-        if (r.where == std::string_view(".bmp")) Append(plan, BitmapThumbnailSteps(options_));
+          Push(SetString(kClassesRoot + item->className + kDefaultIcon, "", location), r, " icon");
+        if (r.where == std::string_view(".bmp"))
+          for (Step& s : BitmapThumbnailSteps(options_)) Push(std::move(s), r, " thumbnails");
         break;
       }
       case Store::Override:
@@ -82,18 +89,21 @@ class Builder {
         LowerAscii(modRegistry::GetString(binIcon, "")) == LowerAscii(modRegistry::GetString(binIcon, "empty"));
     const std::string empty = lists_.ItemFullPath(kTabDesktop, kRecycleEmptyKey);
     const std::string full = lists_.ItemFullPath(kTabDesktop, kRecycleFullKey);
-    plan.push_back(SetString(binIcon, "", showsEmpty ? empty : full));
-    plan.push_back(SetString(binIcon, "Empty", empty));
-    plan.push_back(SetString(binIcon, "Full", full));
+    const ItemRow& bin = *FindRow(kTabDesktop, kRecycleEmptyKey);
+    Push(SetString(binIcon, "", showsEmpty ? empty : full), bin, " icon");
+    Push(SetString(binIcon, "Empty", empty), bin, " icon");
+    Push(SetString(binIcon, "Full", full), *FindRow(kTabDesktop, kRecycleFullKey), " icon");
   }
 
   // Both bin rows share one name: the empty row's caption less " (empty)".
   void Name(const ItemRow& r) {
     if (r.cls != ClassOf::RecycleBin) {
-      plan.push_back(SetString(ClassKeyOf(r, env_), "", lists_.ItemCaption(r.tab, r.key)));
+      Push(SetString(ClassKeyOf(r, env_), "", lists_.ItemCaption(r.tab, r.key)), r, " name");
     } else if (r.key == std::string_view(kRecycleEmptyKey)) {
       const std::string caption = lists_.ItemCaption(kTabDesktop, kRecycleEmptyKey);
-      plan.push_back(SetString(ClassKeyOf(r, env_), "", caption.substr(0, caption.size() >= 8 ? caption.size() - 8 : 0)));
+      Step name = SetString(ClassKeyOf(r, env_), "", caption.substr(0, caption.size() >= 8 ? caption.size() - 8 : 0));
+      name.label = "Recycle Bin name";
+      plan.push_back(std::move(name));
     }
   }
 
@@ -118,7 +128,10 @@ Plan BitmapThumbnailSteps(const IconApplyOptions& options) {
 Plan PointerSteps(const ListValues& lists) {
   Plan plan;
   for (const ItemRow& r : ItemTable())
-    if (r.tab == kTabPointers) plan.push_back(SetString(kCursorsKey, r.where, lists.ItemFullPathmouse(r.tab, r.key)));
+    if (r.tab == kTabPointers) {
+      plan.push_back(SetString(kCursorsKey, r.where, lists.ItemFullPathmouse(r.tab, r.key)));
+      plan.back().label = std::string(r.caption) + " pointer";
+    }
   // Each call reloads the whole scheme; the fifteen calls are long-standing behaviour, kept as is.
   for (UINT i = 0; i < 15; ++i) plan.push_back(SystemParameter(SPI_SETCURSORS, i, 0));
   return plan;
@@ -131,6 +144,7 @@ Plan BuildIconApplyPlan(const Environment& env, const std::vector<IconItem>& cat
   Append(b.plan, PointerSteps(lists));
   // The theme the lists came from, for the next start.
   b.plan.push_back(SetString(kSettingsKey, "Current Theme", options.currentThemePath));
+  b.plan.back().label = "the current theme";
   return std::move(b.plan);
 }
 

@@ -58,7 +58,7 @@ bool WriteCreating(const std::string& keyPath, Write write, REGSAM access = kWri
   return false;
 }
 
-bool Set(HKEY key, const std::string& name, DWORD type, const void* data, size_t size) {
+bool SetBytes(HKEY key, const std::string& name, DWORD type, const void* data, size_t size) {
   return RegSetValueExA(key, name.c_str(), 0, type, static_cast<const BYTE*>(data), static_cast<DWORD>(size)) ==
          ERROR_SUCCESS;
 }
@@ -150,12 +150,12 @@ std::string GetBinary(const std::string& keyPath, const std::string& valueName) 
 }
 
 bool SaveString(const std::string& keyPath, const std::string& valueName, const std::string& text) {
-  return WriteCreating(keyPath, [&](HKEY key) { return Set(key, valueName, REG_SZ, text.data(), text.size()); });
+  return WriteCreating(keyPath, [&](HKEY key) { return SetBytes(key, valueName, REG_SZ, text.data(), text.size()); });
 }
 
 bool SaveDword(const std::string& keyPath, const std::string& valueName, int32_t value) {
   const DWORD data = static_cast<DWORD>(value);
-  return WriteCreating(keyPath, [&](HKEY key) { return Set(key, valueName, REG_DWORD, &data, sizeof data); });
+  return WriteCreating(keyPath, [&](HKEY key) { return SetBytes(key, valueName, REG_DWORD, &data, sizeof data); });
 }
 
 bool SaveBinary(const std::string& keyPath, const std::string& valueName, const std::string& bytes) {
@@ -165,7 +165,7 @@ bool SaveBinary(const std::string& keyPath, const std::string& valueName, const 
     return false;
   }
   if (bytes.empty()) throw std::out_of_range("Subscript out of range");
-  return Set(key.get(), valueName, REG_BINARY, bytes.data(), bytes.size());
+  return SetBytes(key.get(), valueName, REG_BINARY, bytes.data(), bytes.size());
 }
 
 bool DeleteValue(const std::string& keyPath, const std::string& valueName) {
@@ -202,33 +202,49 @@ bool ReadValue(const std::string& keyPath, const std::string& valueName, DWORD& 
 }
 
 bool WriteValue(const std::string& keyPath, const std::string& valueName, DWORD type, const std::string& bytes) {
-  return WriteCreating(keyPath, [&](HKEY key) { return Set(key, valueName, type, bytes.data(), bytes.size()); });
+  return WriteCreating(keyPath, [&](HKEY key) { return SetBytes(key, valueName, type, bytes.data(), bytes.size()); });
 }
 
-bool ExchangeValue(const std::string& keyPath, const std::string& valueName, DWORD type, const std::string& bytes,
-                   Previous& previous) {
-  previous = Previous{};
-  {
-    OpenKey key(keyPath, kRead | kWrite);
-    if (key) {
-      previous.state = QueryAll(key.get(), valueName, previous.type, previous.bytes) ? Previous::Value
-                                                                                        : Previous::KeyOnly;
-      return Set(key.get(), valueName, type, bytes.data(), bytes.size());
-    }
-  }
-  // The key could not be opened for both: it is missing (or only readable), so read and write apart.
-  if (KeyExists(keyPath)) {
-    previous.state = ReadValue(keyPath, valueName, previous.type, previous.bytes) ? Previous::Value
-                                                                                     : Previous::KeyOnly;
-  } else {
+std::vector<Previous> ReadPrevious(const std::string& keyPath, const std::vector<std::string>& names) {
+  std::vector<Previous> out(names.size());
+  OpenKey key(keyPath, kRead);
+  if (!key) {
+    std::vector<std::string> missing;
     for (std::string k = keyPath; !KeyExists(k);) {
       const auto slash = k.rfind('\\');
-      if (slash == std::string::npos) break;  // an unknown root: nothing can be created under it
-      previous.createdKeys.push_back(k);
+      if (slash == std::string::npos) break;
+      missing.push_back(k);
       k.resize(slash);
     }
+    for (Previous& p : out) p.createdKeys = missing;
+    return out;
   }
-  return WriteValue(keyPath, valueName, type, bytes);
+  for (size_t i = 0; i < names.size(); ++i)
+    out[i].state = QueryAll(key.get(), names[i], out[i].type, out[i].bytes) ? Previous::Value : Previous::KeyOnly;
+  return out;
+}
+
+Writer::~Writer() { Close(); }
+
+void Writer::Close() {
+  if (key_) RegCloseKey(key_);
+  key_ = nullptr;
+  path_.clear();
+}
+
+bool Writer::Set(const std::string& keyPath, const std::string& valueName, DWORD type, const std::string& bytes) {
+  if (!key_ || path_ != keyPath) {
+    Close();
+    for (int attempt = 0; attempt < 2 && !key_; ++attempt) {
+      std::string sub = keyPath;
+      HKEY root = SplitKeyPath(sub);
+      if (RegOpenKeyExA(root, sub.c_str(), 0, kWrite, &key_) != ERROR_SUCCESS) key_ = nullptr;
+      if (!key_ && attempt == 0) CreateKey(keyPath);
+    }
+    if (!key_) return false;
+    path_ = keyPath;
+  }
+  return SetBytes(key_, valueName, type, bytes.data(), bytes.size());
 }
 
 namespace {

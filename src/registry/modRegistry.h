@@ -45,19 +45,32 @@ bool KeyExists(const std::string& keyPath);
 bool ReadValue(const std::string& keyPath, const std::string& valueName, DWORD& type, std::string& bytes);
 bool WriteValue(const std::string& keyPath, const std::string& valueName, DWORD type, const std::string& bytes);
 
-// What a value held before a write: the value (type and bytes), or only its key, or not even the key
-// (then createdKeys lists the keys the write had to create, deepest first).
+// What a value holds before a write: the value (type and bytes), or only its key, or not even the key
+// (then createdKeys lists the keys a write would have to create, deepest first).
 struct Previous {
   enum State { Value, KeyOnly, NoKey } state = NoKey;
   DWORD type = REG_NONE;
   std::string bytes;
   std::vector<std::string> createdKeys;
 };
-// One open for both: reads what the value holds, then writes the new type and bytes (creating a
-// missing key as SaveString does). The write is the same as SaveString's or SaveDword's for those
-// types. False when nothing could be written.
-bool ExchangeValue(const std::string& keyPath, const std::string& valueName, DWORD type, const std::string& bytes,
-                   Previous& previous);
+// What several values of one key hold now, read with one open (one Previous per name, in order).
+std::vector<Previous> ReadPrevious(const std::string& keyPath, const std::vector<std::string>& names);
+
+// Writes values one after another, keeping a key open while the writes go to the same key (a plan
+// writes runs of values to one key). Each write is the same as WriteValue's: a missing key is created.
+class Writer {
+ public:
+  Writer() = default;
+  ~Writer();
+  Writer(const Writer&) = delete;
+  Writer& operator=(const Writer&) = delete;
+  bool Set(const std::string& keyPath, const std::string& valueName, DWORD type, const std::string& bytes);
+  void Close();
+
+ private:
+  std::string path_;
+  HKEY key_ = nullptr;
+};
 
 // A whole key with its values and subkeys, for putting back a key that a deletion removes.
 struct KeyTree {

@@ -146,18 +146,29 @@ int RemoveAutorunInf() {
              "Cancel", "OK", "", ui::kIconQuestion);
 }
 
-int ApplyFailed(const std::vector<std::string>& failedSteps, bool stopped) {
+int ApplyFailed(const std::vector<std::string>& failed, bool stopped, bool administrator) {
   constexpr size_t kShown = 8;
   std::string list;
-  for (size_t i = 0; i < failedSteps.size() && i < kShown; ++i) list += (i ? "\n" : "") + failedSteps[i];
-  if (failedSteps.size() > kShown) list += "\n(and " + std::to_string(failedSteps.size() - kShown) + " more)";
-  return Ask(Paragraphs({stopped ? "Vexillor could not finish applying your changes. It stopped at this change:"
-                                 : "Vexillor could not write these changes:",
-                         list,
-                         stopped ? "Nothing after it was written, and your changes are still pending: you can "
-                                   "press Apply again."
-                                 : "The rest of your changes were applied."}),
-             "OK", "", "", ui::kIconExclamation);
+  for (size_t i = 0; i < failed.size() && i < kShown; ++i) list += (i ? "\n" : "") + failed[i];
+  if (failed.size() > kShown) list += "\n(and " + std::to_string(failed.size() - kShown) + " more)";
+  std::string message = Paragraphs(
+      {stopped ? "Vexillor could not finish applying your changes. It stopped at:" : "Vexillor could not change:",
+       list});
+  if (administrator)
+    message += "\n\nSome of these are kept for every user of this computer, and only an administrator can "
+               "change them. To change them, close Vexillor, start it again with \"Run as administrator\" and "
+               "apply your changes again.";
+  message += stopped ? "\n\nNothing after it was written, and your changes are still pending: you can press "
+                       "Apply again, or take back what was written with \"Undo Last Apply\" on the Tools menu."
+                     : "\n\nThe rest of your changes were applied.";
+  return Ask(message, "OK", "", "", ui::kIconExclamation);
+}
+
+int InterruptedApply() {
+  return Ask(Paragraphs({"Vexillor was stopped before it had finished applying your changes, so some of them "
+                         "were written and others were not.",
+                         "Would you like to put everything back as it was before that Apply?"}),
+             "No", "Yes", "", ui::kIconQuestion);
 }
 
 int NothingToRestore() {

@@ -38,7 +38,10 @@ int EmptyName();
 int RemoveDesktopIni();
 int RemoveAutorunInf();
 int NothingToRestore();
-// After an Apply in which steps failed: names them; `stopped` when the run ended at the failure.
-int ApplyFailed(const std::vector<std::string>& failedSteps, bool stopped);
+// After an Apply in which steps failed: names them in the user's words; `stopped` when the run ended
+// at the failure; `administrator` when some of them are kept for every user of the computer.
+int ApplyFailed(const std::vector<std::string>& failed, bool stopped, bool administrator);
+// At start, when an Apply was cut off: 1 ("Yes") puts back everything it had changed.
+int InterruptedApply();
 
 }  // namespace modMsgbox

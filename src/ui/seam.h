@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace ui {
 
@@ -28,6 +29,12 @@ struct PromptRequest {
 struct PromptAnswer {
   int result = 0;          // slot of the pressed button
   bool doNotShow = false;  // the check box was ticked
+};
+
+// One line of Review Changes.
+struct ReviewRow {
+  std::string change, where, now, after;
+  bool operator==(const ReviewRow&) const = default;
 };
 
 struct FileDialog {
@@ -52,6 +59,8 @@ class Seam {
                                              const std::string& emptyReset) = 0;
   // A plain system message box (MessageBoxA flags); returns the pressed button's id.
   virtual int ShowMessage(HWND owner, const std::string& text, const std::string& title, unsigned flags) = 0;
+  // Review Changes: what Apply would write, shown until the person closes it.
+  virtual void ShowReview(HWND owner, const std::string& heading, const std::vector<ReviewRow>& rows) = 0;
   // Open and save dialogs; the chosen path comes back in dialog.initialFile.
   virtual bool ShowFileDialog(HWND owner, FileDialog& dialog) = 0;
   // Leaving the process: a document, address or program given to the shell's "Open" verb...
@@ -83,6 +92,7 @@ class RealSeam : public Seam {
                                      const std::string& emptyReset) override;
   int ShowMessage(HWND owner, const std::string& text, const std::string& title, unsigned flags) override;
   bool ShowFileDialog(HWND owner, FileDialog& dialog) override;
+  void ShowReview(HWND owner, const std::string& heading, const std::vector<ReviewRow>& rows) override;
   void ShellOpen(HWND owner, const std::string& target) override;
   void RunCommand(const std::string& commandLine) override;
   void OpenHelp(HWND owner, const std::string& helpFile, unsigned command,

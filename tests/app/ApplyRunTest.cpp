@@ -60,10 +60,11 @@ TEST(ApplyRun, AFailingStepKeepsApplyEnabledIsReportedAndItsPredecessorsCanBeUnd
   ASSERT_EQ(result.failures.size(), 1u);
   EXPECT_EQ(result.failures[0].step.key, vx::kCursorsKey);
   ASSERT_EQ(seam.prompts.size(), 1u);  // no rebuild notice, just the report
-  EXPECT_NE(seam.prompts[0].message.find(vx::Describe(result.failures[0].step) + " (the disk is full)"),
-            std::string::npos)
+  // In the user's words: the pointer it stopped at, and why.
+  EXPECT_EQ(seam.prompts[0].message.find("Vexillor could not finish applying your changes. It stopped at:\n\n"
+                                         "Normal Select pointer (the disk is full)\n\n"),
+            0u)
       << seam.prompts[0].message;
-  EXPECT_EQ(seam.prompts[0].message.find("Vexillor could not finish applying your changes."), 0u);
 
   // The steps before it wrote (the folder's restored icon among them), the ones after did not.
   const vx::IconItem* closed = vx::FindItem(m.Catalogue(), vx::kTabFolders, vx::kClosedFolderKey);

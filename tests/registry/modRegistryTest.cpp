@@ -196,19 +196,22 @@ TEST(Numbers, CheckedConversionAndIconIndexWrap) {
   }
 }
 
-TEST_F(Registry, ExchangeTellsWhatAWriteReplacedAndKeyTreesComeBackWhole) {
-  Previous p;
+TEST_F(Registry, WhatValuesHoldBeforeAWriteAndKeyTreesComeBackWhole) {
   SaveString(kBase, "present", "yes");
-  EXPECT_TRUE(ExchangeValue(kBase + "\\A\\B", "v", REG_SZ, "one", p));
-  EXPECT_EQ(p.state, Previous::NoKey);
-  EXPECT_EQ(p.createdKeys, (std::vector<std::string>{kBase + "\\A\\B", kBase + "\\A"}));
-  EXPECT_TRUE(ExchangeValue(kBase + "\\A\\B", "w", REG_DWORD, std::string("\5\0\0\0", 4), p));
-  EXPECT_EQ(p.state, Previous::KeyOnly);
-  EXPECT_TRUE(ExchangeValue(kBase + "\\A\\B", "v", REG_SZ, "two", p));
-  EXPECT_EQ(p.state, Previous::Value);
-  EXPECT_EQ(p.type, static_cast<DWORD>(REG_SZ));
-  EXPECT_EQ(StripNull(p.bytes), "one");
-  EXPECT_FALSE(ExchangeValue("HKEY_NOWHERE\\x", "v", REG_SZ, "x", p));
+  std::vector<Previous> p = ReadPrevious(kBase + "\\A\\B", {"v"});
+  EXPECT_EQ(p[0].state, Previous::NoKey);
+  EXPECT_EQ(p[0].createdKeys, (std::vector<std::string>{kBase + "\\A\\B", kBase + "\\A"}));
+  {
+    Writer w;  // one key held open for a run of writes to it, a missing one created
+    EXPECT_TRUE(w.Set(kBase + "\\A\\B", "v", REG_SZ, "one"));
+    EXPECT_TRUE(w.Set(kBase + "\\A\\B", "w", REG_DWORD, std::string("\5\0\0\0", 4)));
+    EXPECT_FALSE(w.Set("HKEY_NOWHERE\\x", "v", REG_SZ, "x"));
+  }
+  p = ReadPrevious(kBase + "\\A\\B", {"v", "absent"});
+  EXPECT_EQ(p[0].state, Previous::Value);
+  EXPECT_EQ(p[0].type, static_cast<DWORD>(REG_SZ));
+  EXPECT_EQ(StripNull(p[0].bytes), "one");
+  EXPECT_EQ(p[1].state, Previous::KeyOnly);
 
   KeyTree tree;
   ASSERT_TRUE(ReadTree(kBase + "\\A", tree));

@@ -39,6 +39,11 @@ class ScriptedSeam : public ui::Seam {
   std::deque<int> messageAnswers;  // default IDOK
   int ShowMessage(HWND, const std::string& text, const std::string& title, unsigned flags) override;
   bool ShowFileDialog(HWND, ui::FileDialog& d) override;
+  struct Review { std::string heading; std::vector<ui::ReviewRow> rows; };
+  std::vector<Review> reviews;
+  void ShowReview(HWND, const std::string& heading, const std::vector<ui::ReviewRow>& rows) override {
+    reviews.push_back({heading, rows});
+  }
   void ShellOpen(HWND, const std::string& target) override { opened.push_back(target); }
   void RunCommand(const std::string& c) override { commands.push_back(c); }
   void OpenHelp(HWND, const std::string& f, unsigned c, const std::string& k) override {

@@ -1,0 +1,45 @@
+#include "app/Undo.h"
+
+#include "apply/Journal.h"
+#include "icons/Refresh.h"
+#include "registry/modRegistry.h"
+#include "ui/modMsgbox.h"
+
+namespace vx {
+
+bool CanUndoLastApply() {
+  const auto record = ReadJournal(JournalPath());
+  return record && record->complete;
+}
+
+bool ApplyWasInterrupted() {
+  const auto record = ReadJournal(JournalPath());
+  return record && !record->complete;
+}
+
+std::optional<ApplyResult> UndoLastApply(const Environment& env, RunFlags& flags,
+                                         const std::function<void()>& refreshFolderTree, bool quiet) {
+  const std::string path = JournalPath();
+  const auto record = ReadJournal(path);
+  if (!record) return std::nullopt;
+  Journal journal(path, record->kind == Journal::kUndo ? Journal::kApply : Journal::kUndo);
+  ApplyResult result = Execute(record->undo, &journal);
+  if (quiet) {
+    Run(BuildRebuildPlan(modRegistry::GetString(kWindowMetricsKey, "Shell Icon Size")));
+    flags.rebuildCachePending = false;
+  } else {
+    RebuildIconCache(env, flags, refreshFolderTree);
+  }
+  return result;
+}
+
+void KeepInterruptedApply() { CompleteJournal(JournalPath()); }
+
+int UndoFromCommandLine(const Environment& env, bool quiet) {
+  RunFlags flags;
+  const auto result = UndoLastApply(env, flags, {}, quiet);
+  if (!result) return 3;
+  return result->ok() ? 0 : 4;
+}
+
+}  // namespace vx
