@@ -4,6 +4,7 @@
 
 #include "app/Shell.h"
 #include "app/Undo.h"
+#include "registry/modCommon.h"
 #include "registry/modRegistry.h"
 #include "resource.h"
 #include "ui/modMsgbox.h"
@@ -174,8 +175,29 @@ LRESULT Main::HandleMessage(UINT msg, WPARAM wp, LPARAM lp) {
 
 // --- the program ------------------------------------------------------------------------------------
 
+namespace {
+// For the test that stops the program in the middle of an Apply: with VEXILLOR_TEST_PAUSE_STEP=N in
+// its environment, the program creates the file named by VEXILLOR_TEST_PAUSE_FILE before step N of an
+// Apply and waits there until it is killed.
+void InstallTestPause() {
+  char step[16] = {}, file[MAX_PATH] = {};
+  if (!GetEnvironmentVariableA("VEXILLOR_TEST_PAUSE_STEP", step, sizeof step) ||
+      !GetEnvironmentVariableA("VEXILLOR_TEST_PAUSE_FILE", file, sizeof file))
+    return;
+  const auto at = ParseInt32(step);
+  if (!at) return;
+  SetStepHook([at = static_cast<size_t>(*at), file = std::string(file)](const Step&, size_t index) {
+    if (index != at) return;
+    HANDLE h = CreateFileA(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (h != INVALID_HANDLE_VALUE) CloseHandle(h);
+    for (;;) Sleep(1000);
+  });
+}
+}  // namespace
+
 int RunMain(const std::string& commandLine, int show) {
   (void)show;
+  InstallTestPause();
   INITCOMMONCONTROLSEX icc{sizeof icc, ICC_WIN95_CLASSES | ICC_BAR_CLASSES | ICC_TAB_CLASSES | ICC_TREEVIEW_CLASSES};
   InitCommonControlsEx(&icc);
   Main main;

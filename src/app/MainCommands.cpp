@@ -66,7 +66,9 @@ void Main::OnCommand(int id) {
     case IDM_TOOLS_RESTORE_SETTINGS: RestoreAllSettings(); break;
     case IDM_TOOLS_RESTORE_ICONS: RestoreAllIcons(); break;
     case IDM_TOOLS_RESTORE_POINTERS: RestoreAllPointers(); break;
-    case IDM_TOOLS_UNDO: UndoLastApply(); break;
+    case IDM_TOOLS_UNDO:
+      if (CanUndoLastApply()) UndoLastApply();
+      break;
     case IDM_TOOLS_REVIEW: ReviewChanges(); break;
     case IDM_HELP_WHATSTHIS: EnterContextHelp(); break;
     case IDM_HELP_ABOUT: ShowAbout(hwnd()); break;

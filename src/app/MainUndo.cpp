@@ -6,6 +6,8 @@
 
 #include "app/Undo.h"
 #include "apply/Preview.h"
+#include "icons/Refresh.h"
+#include "registry/modRegistry.h"
 #include "resource.h"
 #include "ui/modMsgbox.h"
 #include "ui/seam.h"
@@ -36,7 +38,6 @@ void ReportFailures(const ApplyResult& result) {
 }
 
 void Main::UndoLastApply() {
-  if (!CanUndoLastApply()) return;
   ui::MousePointer wait(ui::MousePointer::kHourglass);
   if (const auto result = vx::UndoLastApply(env_, flags, [this] { RefreshFolderTree(); }, false)) {
     lastApply_ = *result;
@@ -59,7 +60,11 @@ void Main::ReviewChanges() {
   const IconLists lists = Lists();
   const ListBoxValues values(lists);
   std::vector<ui::ReviewRow> rows;
-  for (const PreviewLine& line : Preview(BuildApplyPlan(MakeApplyInput(values), flags)))
+  Plan plan = BuildApplyPlan(MakeApplyInput(values), flags);
+  // The rebuild that follows writes too (and puts the icon size back).
+  if (flags.rebuildCachePending)
+    Append(plan, BuildRebuildPlan(modRegistry::GetString(kWindowMetricsKey, "Shell Icon Size")));
+  for (const PreviewLine& line : Preview(plan))
     rows.push_back({line.change, line.where, line.now, line.after});
   ui::GetSeam().ShowReview(hwnd(), "Apply would make these changes; nothing has been written yet.", rows);
 }

@@ -20,12 +20,14 @@ Plan BuildRebuildPlan(const std::string& storedSize) {
   // A text without a number, or one past any icon size, leaves the standard size.
   const std::optional<int32_t> stored = ParseInt32(storedSize);
   const int size = stored && *stored > 0 && *stored < 1024 ? *stored : kStandardIconSize;
-  return {
+  Plan plan = {
       SetString(kWindowMetricsKey, kShellIconSize, std::to_string(size + 1)),
       Broadcast(SPI_SETICONMETRICS, 0),
       SetString(kWindowMetricsKey, kShellIconSize, std::to_string(size)),
       Broadcast(SPI_SETICONMETRICS, 0),
   };
+  for (Step& s : plan) s.label = "icon cache rebuild";
+  return plan;
 }
 
 void RebuildIconCache(const Environment& env, RunFlags& flags, const std::function<void()>& refreshFolderTree) {

@@ -1,0 +1,205 @@
+// Taking an Apply back: Undo Last Apply restores every key Apply touched exactly, a second undo redoes,
+// Review Changes lists exactly what Apply then writes, a write the system refuses is named in one
+// prompt, and an Apply cut off by a killed program is put back at the next start.
+#include <gtest/gtest.h>
+#include <windows.h>
+#include <aclapi.h>
+#include <commctrl.h>
+
+#include <set>
+
+#include "app/Main.h"
+#include "apply/Journal.h"
+#include "apply/Preview.h"
+#include "icons/IconApply.h"
+#include "registry/modRegistry.h"
+#include "resource.h"
+#include "support/KeySnapshot.h"
+#include "support/RegistryScope.h"
+#include "support/ScriptedSeam.h"
+#include "ui/win.h"
+
+namespace {
+
+using vx::Main;
+
+// Every key an Apply of the window's lists touches, with everything in it (a missing key as such). The
+// icon cache rebuild puts the icon size back itself, as text, and is no part of what Apply records.
+struct Touched {
+  std::vector<std::string> keys;
+  explicit Touched(const vx::Plan& plan) {
+    std::set<std::string> seen;
+    for (const vx::Step& s : plan)
+      if (!s.key.empty()) seen.insert(s.key);
+    keys.assign(seen.begin(), seen.end());
+  }
+  std::vector<std::string> State() const {
+    std::vector<std::string> v;
+    for (const std::string& k : keys) {
+      modRegistry::KeyTree t;
+      v.push_back(k + (modRegistry::ReadTree(k, t) ? " = " + vx::EncodeKeyTree(t) : " missing"));
+    }
+    return v;
+  }
+};
+
+class Undo : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    INITCOMMONCONTROLSEX icc{sizeof icc, ICC_WIN95_CLASSES | ICC_BAR_CLASSES | ICC_TAB_CLASSES | ICC_LISTVIEW_CLASSES};
+    InitCommonControlsEx(&icc);
+    DeleteFileA(vx::JournalPath().c_str());
+  }
+  void TearDown() override { DeleteFileA(vx::JournalPath().c_str()); }
+  std::unique_ptr<Main> Open(const vx::Environment& env = vx::DetectEnvironment()) {
+    auto m = std::make_unique<Main>();
+    EXPECT_TRUE(m->Create(env, "", false));
+    ui::DoEvents();
+    return m;
+  }
+  static vx::Plan PlanOf(Main& m) {
+    return vx::BuildIconApplyPlan(m.environment(), m.Catalogue(), vx::ListBoxValues(m.Lists()), {});
+  }
+  // Default Icon on the first row of every icon tab, and a new name for the Recycle Bin.
+  void EditEveryTab(Main& m) {
+    for (int tab : {vx::kTabDesktop, vx::kTabStart, vx::kTabFolders, vx::kTabDrives, vx::kTabOthers, vx::kTabSystem,
+                    vx::kTabPointers}) {
+      m.SelectTab(tab);
+      m.List(tab)->SelItemIndex(0);
+      m.OnCommand(IDC_DEFAULT);
+    }
+    m.SelectTab(vx::kTabDesktop);
+    m.List(vx::kTabDesktop)->SelItemKey(vx::kRecycleEmptyKey);
+    seam.names.push_back("Wastebasket");
+    m.OnCommand(IDC_RENAME);
+  }
+
+  vxtest::RegistryScope prefs{{vx::kProgramKey}};
+  vxtest::ScriptedSeam seam;
+  vxtest::SeamScope seamScope{seam};
+};
+
+TEST_F(Undo, UndoPutsBackEveryKeyExactlyAndASecondUndoRedoes) {
+  auto m = Open();
+  const Touched touched(PlanOf(*m));
+  vxtest::KeySnapshot snapshot(touched.keys);
+  // Values of other types and absent values must come back as they were, not as Apply writes them.
+  vxtest::WriteRaw(vx::kShellIconsKey, "3", REG_EXPAND_SZ, std::string("%SystemRoot%\\x.dll,1", 21));
+  modRegistry::DeleteValue(vx::kCursorsKey, "Arrow");
+  const auto before = touched.State();
+  EXPECT_TRUE(m->applyEnabled() == false);
+
+  EditEveryTab(*m);
+  ASSERT_TRUE(m->applyEnabled());
+  m->OnCommand(IDC_APPLY);
+  ASSERT_TRUE(m->lastApply().ok());
+  const auto applied = touched.State();
+  ASSERT_NE(applied, before);
+  EXPECT_EQ(modRegistry::GetString(m->environment().recycleBinKey, ""), "Wastebasket");
+
+  m->OnCommand(IDM_TOOLS_UNDO);
+  EXPECT_EQ(touched.State(), before);
+  // The window shows what the system holds again, with nothing pending.
+  EXPECT_FALSE(m->applyEnabled());
+  EXPECT_NE(m->List(vx::kTabDesktop)->ItemCaption(vx::kRecycleEmptyKey), "Wastebasket (empty)");
+
+  m->OnCommand(IDM_TOOLS_UNDO);  // the undo itself is taken back: the Apply is made again
+  EXPECT_EQ(touched.State(), applied);
+  m->OnCommand(IDM_TOOLS_UNDO);
+  EXPECT_EQ(touched.State(), before);
+}
+
+TEST_F(Undo, ReviewListsExactlyWhatApplyThenWrites) {
+  auto m = Open();
+  vxtest::KeySnapshot snapshot(Touched(PlanOf(*m)).keys);
+  EditEveryTab(*m);
+  const Touched touched(PlanOf(*m));
+  const auto before = touched.State();
+  m->OnCommand(IDM_TOOLS_REVIEW);
+  ASSERT_EQ(seam.reviews.size(), 1u);
+  EXPECT_EQ(touched.State(), before);  // the review writes nothing
+
+  std::vector<ui::ReviewRow> written;
+  vx::SetStepHook([&](const vx::Step& s, size_t) {
+    const vx::PreviewLine line = vx::PreviewOf(s);
+    if (s.kind != vx::StepKind::Broadcast && !(s.kind == vx::StepKind::SystemParameter && s.action == SPI_SETCURSORS))
+      written.push_back({line.change, line.where, "", line.after});
+  });
+  m->OnCommand(IDC_APPLY);
+  vx::SetStepHook(nullptr);
+  std::vector<ui::ReviewRow> reviewed = seam.reviews[0].rows;
+  for (auto& r : reviewed) r.now.clear();
+  ASSERT_EQ(reviewed.size(), written.size());
+  for (size_t i = 0; i < reviewed.size(); ++i)
+    EXPECT_EQ(reviewed[i], written[i]) << i << " " << reviewed[i].where << " | " << written[i].where;
+  EXPECT_GT(written.size(), 60u);
+  // And "now" was the value then: the Closed Folder override as it stood before Apply.
+  for (const auto& r : seam.reviews[0].rows) {
+    if (r.change == "Closed Folder icon") {
+      EXPECT_NE(r.now, r.after);
+    }
+  }
+}
+
+// A key whose permissions let everyone read it and nobody write it.
+void Lock(const std::string& path, bool locked) {
+  std::string sub = path;
+  HKEY root = modRegistry::SplitKeyPath(sub);
+  HKEY key = nullptr;
+  RegCreateKeyA(root, sub.c_str(), &key);
+  if (!key) return;
+  if (locked) {
+    EXPLICIT_ACCESSA ea{};
+    ea.grfAccessPermissions = KEY_READ;
+    ea.grfAccessMode = SET_ACCESS;
+    ea.Trustee.TrusteeForm = TRUSTEE_IS_NAME;
+    ea.Trustee.ptstrName = const_cast<char*>("EVERYONE");
+    PACL acl = nullptr;
+    SetEntriesInAclA(1, &ea, nullptr, &acl);
+    SECURITY_DESCRIPTOR sd;
+    InitializeSecurityDescriptor(&sd, SECURITY_DESCRIPTOR_REVISION);
+    SetSecurityDescriptorDacl(&sd, TRUE, acl, FALSE);
+    RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, &sd);
+    LocalFree(acl);
+  } else {
+    SECURITY_DESCRIPTOR sd;
+    InitializeSecurityDescriptor(&sd, SECURITY_DESCRIPTOR_REVISION);
+    SetSecurityDescriptorDacl(&sd, TRUE, nullptr, FALSE);  // no DACL: everyone may do anything
+    RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, &sd);
+  }
+  RegCloseKey(key);
+}
+
+TEST_F(Undo, ARefusedWriteIsNamedAndApplyAndTheJournalStayConsistent) {
+  const std::string locked = "HKEY_CLASSES_ROOT\\VexillorTest.Locked";
+  vx::Environment env = vx::DetectEnvironment();
+  env.myComputerKey = locked;  // My Computer's icon and name go to a key nobody may write
+  vxtest::RegistryScope scope{{locked}};
+  Lock(locked + "\\DefaultIcon", true);
+  Lock(locked, true);
+  auto m = Open(env);
+  vxtest::KeySnapshot snapshot(Touched(PlanOf(*m)).keys);
+  m->OnCommand(IDC_DEFAULT);  // the Desktop tab's first row: My Computer
+  seam.promptAnswers.push_back({1, false});  // the rebuild notice's OK
+  m->OnCommand(IDC_APPLY);
+  Lock(locked + "\\DefaultIcon", false);
+  Lock(locked, false);
+
+  const vx::ApplyResult& result = m->lastApply();
+  EXPECT_FALSE(result.stopped);
+  ASSERT_EQ(result.failures.size(), 2u);
+  EXPECT_FALSE(m->applyEnabled());  // everything else was written
+  ASSERT_FALSE(seam.prompts.empty());
+  const std::string& message = seam.prompts.back().message;
+  EXPECT_EQ(message.find("Vexillor could not change:\n\nMy Computer icon\nMy Computer name\n\n"), 0u) << message;
+  EXPECT_NE(message.find("Run as administrator"), std::string::npos);
+  // The journal holds the complete run, so it can be taken back like any other.
+  const auto journal = vx::ReadJournal(vx::JournalPath());
+  ASSERT_TRUE(journal);
+  EXPECT_TRUE(journal->complete);
+  EXPECT_EQ(std::count(journal->done.begin(), journal->done.end(), true),
+            static_cast<long>(journal->plan.size()));
+  m->OnCommand(IDM_TOOLS_UNDO);
+}
+
+}  // namespace
