@@ -1,5 +1,5 @@
 #pragma once
-// Review Changes (1300-1319).
-#define IDD_REVIEW 1300
-#define IDC_RV_LABEL 1301
-#define IDC_RV_LIST 1302
+// Review Changes (1400-1419).
+#define IDD_REVIEW 1400
+#define IDC_RV_LABEL 1401
+#define IDC_RV_LIST 1402

@@ -13,17 +13,6 @@ namespace {
 
 constexpr const char* kNone = "(none)";
 
-std::string Hex(const std::string& bytes) {
-  std::string out;
-  for (unsigned char c : bytes) {
-    char b[4];
-    std::snprintf(b, sizeof b, "%02X", c);
-    if (!out.empty()) out += ' ';
-    out += b;
-  }
-  return out;
-}
-
 std::string Quoted(const std::string& text) {
   std::string out(1, '"');
   out += StripNull(text);
@@ -42,8 +31,8 @@ std::string Shown(DWORD type, const std::string& bytes) {
         std::memcpy(&n, bytes.data(), 4);
         return std::to_string(n);
       }
-      return Hex(bytes);
-    default: return Hex(bytes);
+      return HexBytes(bytes);
+    default: return HexBytes(bytes);
   }
 }
 
@@ -84,7 +73,7 @@ PreviewLine PreviewOf(const Step& s) {
   switch (s.kind) {
     case StepKind::SetString: line.where = ValueWhere(s), line.after = Quoted(s.text); break;
     case StepKind::SetDword: line.where = ValueWhere(s), line.after = std::to_string(s.number); break;
-    case StepKind::SetBinary: line.where = ValueWhere(s), line.after = Hex(s.text); break;
+    case StepKind::SetBinary: line.where = ValueWhere(s), line.after = HexBytes(s.text); break;
     case StepKind::SetRaw: line.where = ValueWhere(s), line.after = Shown(s.rawType, s.text); break;
     case StepKind::DeleteValue: line.where = ValueWhere(s), line.after = "(deleted)"; break;
     case StepKind::DeleteKey: line.where = s.key + "\\" + s.value, line.after = "(deleted with its contents)"; break;

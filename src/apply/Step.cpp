@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "registry/modCommon.h"
+
 namespace vx {
 namespace {
 
@@ -18,17 +20,6 @@ std::string Quote(const std::string& s) {
     }
   }
   return out + "\"";
-}
-
-std::string Hex(const std::string& bytes) {
-  std::string out;
-  for (unsigned char c : bytes) {
-    char buf[4];
-    std::snprintf(buf, sizeof buf, "%02X", c);
-    if (!out.empty()) out += ' ';
-    out += buf;
-  }
-  return out;
 }
 
 Step RegistryStep(StepKind kind, const std::string& key, const std::string& value, const std::string& text = "") {
@@ -119,9 +110,9 @@ std::string Describe(const Step& s) {
     case StepKind::SetDword:
       return "set dword " + where + " = " + std::to_string(s.number);
     case StepKind::SetBinary:
-      return "set binary " + where + " = " + Hex(s.text);
+      return "set binary " + where + " = " + HexBytes(s.text);
     case StepKind::SetRaw:
-      return "set raw " + where + " type " + std::to_string(s.rawType) + " = " + Hex(s.text);
+      return "set raw " + where + " type " + std::to_string(s.rawType) + " = " + HexBytes(s.text);
     case StepKind::DeleteValue:
       return "delete value " + where;
     case StepKind::DeleteKey:
@@ -129,7 +120,7 @@ std::string Describe(const Step& s) {
     case StepKind::CreateKey:
       return "create key " + Quote(s.key);
     case StepKind::PutKeyTree:
-      return "put key tree " + Quote(s.key) + " = " + Hex(s.text);
+      return "put key tree " + Quote(s.key) + " = " + HexBytes(s.text);
     case StepKind::CreateFolder:
       return "create folder " + Quote(s.key);
     case StepKind::RemoveFolder:

@@ -26,6 +26,17 @@ std::string UpperAscii(std::string_view s) {
   return r;
 }
 
+std::string HexBytes(std::string_view bytes) {
+  static constexpr char kDigits[] = "0123456789ABCDEF";
+  std::string out;
+  for (unsigned char c : bytes) {
+    if (!out.empty()) out += ' ';
+    out += kDigits[c >> 4];
+    out += kDigits[c & 15];
+  }
+  return out;
+}
+
 namespace {
 // Skips blanks and reads a sign; returns the position of the first digit (or of whatever stands there).
 size_t SignedStart(std::string_view s, bool& negative) {

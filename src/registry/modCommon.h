@@ -12,6 +12,8 @@ std::string TrimSpaces(std::string_view s);
 // Lower-case copy (ASCII letters only, as the system's own paths compare).
 std::string LowerAscii(std::string_view s);
 std::string UpperAscii(std::string_view s);
+// Bytes as two-digit hex numbers separated by blanks ("01 00 00 00").
+std::string HexBytes(std::string_view bytes);
 
 // Numbers read from a file or the registry, converted one checked way. The leading whole number of
 // the text (blanks, an optional sign, digits; anything after them is ignored): nothing when there are
