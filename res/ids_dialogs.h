@@ -1,4 +1,5 @@
 #pragma once
-// Dialogs: prompt (1000-1099), icon picker and rename box (1100-1299).
+// Dialogs: prompt (1000-1099), icon picker and rename box (1100-1299), about box (1300-1399).
 #include "ids_prompt.h"
 #include "ids_picker.h"
+#include "ids_about.h"
