@@ -8,10 +8,11 @@
 namespace vx {
 
 const std::vector<UsageLine>& UsageLines() {
+  // Short enough that a message box shows each switch on one line.
   static const std::vector<UsageLine> lines = {
-      {"THEME", "opens the theme with its icons and pointers pending, ready to apply"},
-      {"/a THEME", "applies the theme file and ends, without opening the window"},
-      {"/q", "quiet: no prompts; exit code and log %APPDATA%\\Vexillor\\vexillor.log"},
+      {"THEME", "opens a theme, its icons pending"},
+      {"/a THEME", "applies a theme and ends"},
+      {"/q", "quiet: no prompts; exit code and log"},
       {"/?", "shows this text"},
   };
   return lines;
@@ -20,15 +21,18 @@ const std::vector<UsageLine>& UsageLines() {
 std::string UsageText() {
   const std::string version = ui::ModuleVersion();
   std::string text = "Vexillor" + (version.empty() ? std::string() : " " + version) +
-                     ": the icons, pointers and settings of the Windows shell.\r\n\r\n"
-                     "Usage: vexillor [/q] [/a] [THEME]\r\n\r\n";
+                     " command line\r\n\r\n"
+                     "vexillor [/q] [/a] [THEME]\r\n\r\n";
   size_t width = 0;
   for (const auto& l : UsageLines()) width = std::max(width, std::string(l.syntax).size());
   for (const auto& l : UsageLines()) {
     std::string syntax = l.syntax;
     text += "  " + syntax + std::string(width + 2 - syntax.size(), ' ') + l.meaning + "\r\n";
   }
-  text += "\r\nExample: vexillor /q /a \"C:\\My Themes\\Blue Steel.vxtheme\"\r\n";
+  text += "\r\n/q goes first. Its log:\r\n"
+          "  %APPDATA%\\Vexillor\\vexillor.log\r\n"
+          "\r\nExample:\r\n"
+          "  vexillor /q /a \"C:\\Themes\\Blue Steel.vxtheme\"\r\n";
   return text;
 }
 

@@ -166,9 +166,7 @@ class HelpPopup : public Window {
     }
     if (HasLink()) {
       SelectScope use(dc, linkFont_.get());
-      // The hyperlink colour where the system has one (Windows 2000 on), else plain blue.
-      COLORREF blue = GetSysColor(26 /* COLOR_HOTLIGHT */);
-      SetTextColor(dc, blue ? blue : RGB(0, 0, 255));
+      SetTextColor(dc, kLinkColour);
       RECT r = link_;
       DrawTextA(dc, kHelpPopupLink, -1, &r, DT_SINGLELINE | DT_NOPREFIX);
     }

@@ -10,6 +10,9 @@ namespace ui {
 
 inline constexpr const char* kHelpPopupClass = "VxHelpPopup";
 inline constexpr const char* kHelpPopupLink = "Read the full topic";
+// The colour of the program's links (the pop-up's and the about box's): the blue every browser uses,
+// as the system's own hot-light colour is pale under some colour schemes.
+inline constexpr COLORREF kLinkColour = RGB(0, 0, 238);
 
 // Shows the pop-up (closing one that is already open) with its top edge just below `at`, in screen
 // coordinates, kept on the work area. An empty `target` shows no link; the link gives `target` to

@@ -1,10 +1,12 @@
 #include "ui/frmAbout.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <vector>
 
 #include "ids_about.h"
+#include "ui/HelpPopup.h"
 
 namespace ui {
 namespace {
@@ -164,8 +166,7 @@ INT_PTR frmAbout::Handle(UINT msg, WPARAM wp, LPARAM lp) {
     case WM_CTLCOLORSTATIC:
       if (IsLink(reinterpret_cast<HWND>(lp))) {
         HDC dc = reinterpret_cast<HDC>(wp);
-        COLORREF blue = GetSysColor(26 /* COLOR_HOTLIGHT, Windows 2000 on */);
-        SetTextColor(dc, blue ? blue : RGB(0, 0, 255));
+        SetTextColor(dc, kLinkColour);
         SetBkMode(dc, TRANSPARENT);
         return reinterpret_cast<INT_PTR>(GetSysColorBrush(COLOR_BTNFACE));
       }
@@ -203,8 +204,20 @@ void frmAbout::Form_Load() {
     link.lfUnderline = TRUE;
     linkFont_.reset(CreateFontIndirectA(&link));
     SendMessageA(GetDlgItem(hwnd_, IDC_ABOUT_NAME), WM_SETFONT, reinterpret_cast<WPARAM>(titleFont_.get()), FALSE);
-    for (int id : {IDC_ABOUT_HOME, IDC_ABOUT_MAIL})
-      SendMessageA(GetDlgItem(hwnd_, id), WM_SETFONT, reinterpret_cast<WPARAM>(linkFont_.get()), FALSE);
+    for (int id : {IDC_ABOUT_HOME, IDC_ABOUT_MAIL}) {
+      HWND link = GetDlgItem(hwnd_, id);
+      SendMessageA(link, WM_SETFONT, reinterpret_cast<WPARAM>(linkFont_.get()), FALSE);
+      // Only the address itself is the link (and underlined), not the empty rest of its line.
+      RECT r{}, text{0, 0, 0, 0};
+      GetWindowRect(link, &r);
+      MapWindowPoints(nullptr, hwnd_, reinterpret_cast<POINT*>(&r), 2);
+      WindowDc dc(link);
+      SelectScope use(dc.get(), linkFont_.get());
+      const std::string address = GetText(link);
+      DrawTextA(dc.get(), address.c_str(), -1, &text, DT_CALCRECT | DT_SINGLELINE | DT_NOPREFIX);
+      const int width = std::min<int>(r.right - r.left, text.right + 2);
+      SetWindowPos(link, nullptr, 0, 0, width, r.bottom - r.top, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
   }
 }
 

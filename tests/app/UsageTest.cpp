@@ -35,7 +35,7 @@ TEST(Usage, NamesEverySwitchOnALineOfItsOwnWithAnExample) {
     EXPECT_EQ(found, 1) << sw;
   }
   EXPECT_EQ(vx::UsageLines().size(), 4u) << "a new switch needs its line checked here";
-  // The meanings start in one column, and no line is wider than a console.
+  // The meanings start in one column.
   size_t column = std::string::npos;
   for (const auto& l : vx::UsageLines()) {
     for (const auto& line : lines) {
@@ -45,10 +45,11 @@ TEST(Usage, NamesEverySwitchOnALineOfItsOwnWithAnExample) {
       EXPECT_EQ(at, column) << l.syntax;
     }
   }
-  for (const auto& line : lines) EXPECT_LE(line.size(), 80u) << line;
+  // Short lines: a message box shows each on one line, a console too.
+  for (const auto& line : lines) EXPECT_LE(line.size(), 50u) << line;
   // What /q promises and an example that uses the switches together.
   EXPECT_NE(text.find("%APPDATA%\\Vexillor\\vexillor.log"), std::string::npos);
-  EXPECT_NE(text.find("Example: vexillor /q /a \""), std::string::npos);
+  EXPECT_NE(text.find("Example:\r\n  vexillor /q /a \""), std::string::npos);
 }
 
 TEST(Usage, IsAskedForByQuestionMarkFirstOrAfterQuiet) {
