@@ -47,7 +47,7 @@ VIAddVersionKey "LegalCopyright" "Quenby"
 !insertmacro MUI_PAGE_FINISH
 
 ; The customisations belong to Windows, not to the program: say so before they are left behind.
-!define MUI_UNCONFIRMPAGE_TEXT_TOP "This removes ${PRODUCT}, its help, its Start-menu shortcut and its entry in the list of programs.$\r$\n$\r$\nThe icons, pointers, names and settings you applied stay as they are. To undo them, cancel now, open ${PRODUCT}, choose Restore all Settings, Restore all Icons and Restore all Pointers on the Tools menu and press OK, then uninstall."
+!define MUI_UNCONFIRMPAGE_TEXT_TOP "${PRODUCT}, its help and its shortcut will be removed. The icons, pointers, names and settings you applied stay: to undo them, cancel, use Restore all Settings, Icons and Pointers on ${PRODUCT}'s Tools menu, press OK, then uninstall."
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
 
