@@ -19,8 +19,28 @@ rm -rf "$stage"; mkdir -p "$stage/help"
 
 x86_64-w64-mingw32-strip -o "$stage/vexillor.exe" "$build/vexillor.exe"
 # Stripping must leave the resources: a program without its version, manifest or icons is not shipped.
-x86_64-w64-mingw32-objdump -h "$stage/vexillor.exe" | grep -q '\.rsrc' \
-  || { echo "package: the stripped program lost its resources" >&2; exit 1; }
+python3 - "$build/vexillor.exe" "$stage/vexillor.exe" <<'PY' || exit 1
+import struct, sys
+def resource_types(path):
+    data = open(path, "rb").read()
+    pe = struct.unpack_from("<I", data, 0x3C)[0]
+    sections, optional = struct.unpack_from("<H", data, pe + 6)[0], struct.unpack_from("<H", data, pe + 20)[0]
+    for i in range(sections):
+        at = pe + 24 + optional + 40 * i
+        if data[at:at + 8].rstrip(b"\0") == b".rsrc":
+            raw = struct.unpack_from("<I", data, at + 20)[0]
+            named, ids = struct.unpack_from("<HH", data, raw + 12)
+            return {struct.unpack_from("<I", data, raw + 16 + 8 * (named + k))[0] for k in range(ids)}
+    return set()
+full, stripped = sys.argv[1:]
+missing = {3: "icons", 14: "icon groups", 16: "version", 24: "manifest"}.items()
+lost = [name for kind, name in missing if kind not in resource_types(stripped)]
+if lost:
+    sys.exit("package: the stripped program has no " + ", ".join(lost))
+import os
+if os.path.getsize(stripped) >= os.path.getsize(full):
+    sys.exit("package: stripping did not make the program smaller")
+PY
 cp "$root"/help/* "$stage/help/"
 
 # The installer's file lists, made from what is staged so that the uninstaller deletes exactly that.
