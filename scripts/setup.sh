@@ -6,7 +6,7 @@ set -euo pipefail
 need=()
 have() { dpkg-query -W -f='${Status}' "$1" 2>/dev/null | grep -q 'install ok installed'; }
 for p in mingw-w64 g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix wine wine64 xvfb cmake ninja-build \
-         googletest imagemagick x11-utils xdotool fonts-dejavu-core fonts-wine python3; do
+         googletest imagemagick x11-utils xdotool fonts-dejavu-core fonts-wine python3 nsis; do
   have "$p" || need+=("$p")
 done
 [ ${#need[@]} -eq 0 ] && exit 0

@@ -65,11 +65,6 @@ unsigned HelpTopicOf(int id) {
   return 0;
 }
 
-void ShowAbout(HWND owner) {
-  ui::GetSeam().ShowMessage(owner,
-                            "Vexillor\nVersion 2.06\n\nCustomises the icons, names, pointers and settings of the "
-                            "Windows shell.\n\nCopyright Quenby. All rights reserved.",
-                            "About Vexillor", MB_OK | MB_ICONINFORMATION);
-}
+void ShowAbout(HWND owner) { ui::GetSeam().ShowAbout(owner, {kHomePage, kAuthorMail}); }
 
 }  // namespace vx

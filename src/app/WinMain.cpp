@@ -1,7 +1,10 @@
 #include <windows.h>
 
 #include "app/App.h"
+#include "app/Usage.h"
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR commandLine, int show) {
-  return vx::RunVexillor(commandLine ? commandLine : "", show);
+  const std::string line = commandLine ? commandLine : "";
+  if (vx::AsksForUsage(line)) return vx::ShowUsage();
+  return vx::RunVexillor(line, show);
 }

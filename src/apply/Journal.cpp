@@ -97,6 +97,9 @@ Journal::~Journal() {
 bool Journal::Begin(const Plan& plan, const Plan& undo) {
   if (file_) CloseHandle(file_);
   file_ = nullptr;
+  // The folder is made with the first journal, not before: a program that never applied leaves nothing.
+  const auto slash = path_.rfind('\\');
+  if (slash != std::string::npos) CreateDirectoryA(path_.substr(0, slash).c_str(), nullptr);
   HANDLE f = CreateFileA(path_.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
                          FILE_ATTRIBUTE_NORMAL, nullptr);
   if (f == INVALID_HANDLE_VALUE) return false;
@@ -165,14 +168,10 @@ void CompleteJournal(const std::string& path) {
 
 std::string JournalPath() {
   char folder[MAX_PATH] = {};
-  if (FAILED(SHGetFolderPathA(nullptr, CSIDL_APPDATA | CSIDL_FLAG_CREATE, nullptr, 0, folder))) {
-    GetTempPathA(MAX_PATH, folder);
-  }
+  if (FAILED(SHGetFolderPathA(nullptr, CSIDL_APPDATA, nullptr, 0, folder))) GetTempPathA(MAX_PATH, folder);
   std::string dir = folder;
   if (!dir.empty() && dir.back() == '\\') dir.pop_back();
-  dir += "\\Vexillor";
-  CreateDirectoryA(dir.c_str(), nullptr);
-  return dir + "\\apply.journal";
+  return dir + "\\Vexillor\\apply.journal";
 }
 
 }  // namespace vx

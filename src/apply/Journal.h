@@ -49,7 +49,7 @@ std::optional<JournalRecord> ReadJournal(const std::string& path);
 void CompleteJournal(const std::string& path);
 
 // Where the program keeps its journal: "Vexillor\apply.journal" in the user's application-data folder
-// (created when missing).
+// (the folder is made when the first journal is written).
 std::string JournalPath();
 
 // A plan as bytes and back (checked: a damaged text gives false).

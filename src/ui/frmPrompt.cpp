@@ -312,7 +312,7 @@ class PromptDialog {
 std::string AppHelpFile() {
   std::string path = ModulePath();
   size_t slash = path.find_last_of('\\');
-  return (slash == std::string::npos ? std::string() : path.substr(0, slash)) + "\\Help.hlp";
+  return (slash == std::string::npos ? std::string() : path.substr(0, slash)) + "\\help\\index.html";
 }
 
 std::string PromptHelpKeyword(const std::string& message) {

@@ -7,7 +7,8 @@
 
 namespace ui {
 
-// The program's help file: the program folder + "\Help.hlp". The one place that knows its name.
+// The program's help: its contents page, the program folder + "\help\index.html". The one place that
+// knows where the help lives (ui/HelpTopics.h knows the pages beside it).
 std::string AppHelpFile();
 
 // The keyword that the "&Help" button opens, chosen by the first ten characters of the message;

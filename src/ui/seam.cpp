@@ -6,6 +6,9 @@
 #include <cstdlib>
 #include <vector>
 
+#include "ui/HelpPopup.h"
+#include "ui/HelpTopics.h"
+
 namespace ui {
 namespace {
 Seam* g_seam = nullptr;
@@ -66,11 +69,19 @@ void RealSeam::RunCommand(const std::string& commandLine) {
 
 void RealSeam::OpenHelp(HWND owner, const std::string& helpFile, unsigned command,
                         const std::string& keyword) {
-  // A context topic travels as its number, given here in decimal text; keywords as text.
-  ULONG_PTR data = (command == HELP_CONTEXT || command == HELP_CONTEXTPOPUP)
-                       ? std::strtoul(keyword.c_str(), nullptr, 10)
-                       : reinterpret_cast<ULONG_PTR>(keyword.c_str());
-  WinHelpA(owner, helpFile.c_str(), command, data);
+  // The help is a folder of web pages beside the program: a context number asked for as a pop-up
+  // shows its short text here, in the program; everything else opens a page in the browser.
+  if (command == HELP_CONTEXTPOPUP) {
+    char* end = nullptr;
+    unsigned long n = std::strtoul(keyword.c_str(), &end, 10);
+    const HelpTopic* topic =
+        (!keyword.empty() && end && *end == '\0') ? FindHelpTopic(static_cast<unsigned>(n)) : nullptr;
+    POINT at{};
+    GetCursorPos(&at);
+    ShowHelpPopup(owner, at, topic ? topic->popup : kNoHelpText, topic ? HelpTarget(helpFile, topic->page) : "");
+    return;
+  }
+  GetSeam().ShellOpen(owner, HelpRequestTarget(helpFile, command, keyword));
 }
 
 void EnableShutdownPrivilege() {

@@ -46,6 +46,12 @@ struct FileDialog {
   bool overwritePrompt = false;
 };
 
+// What the about box shows besides what the program file itself says (its icon and version).
+struct AboutRequest {
+  std::string homePage;  // the maker's web address, as the Web sub-menu opens it
+  std::string mail;      // the author's address, a "mailto:" address as the Web sub-menu opens it
+};
+
 class Seam {
  public:
   virtual ~Seam() = default;
@@ -57,6 +63,8 @@ class Seam {
   // cancelled. An empty name is refused in the box itself, which then shows emptyReset again.
   virtual std::optional<std::string> AskName(HWND owner, const std::string& label, const std::string& text,
                                              const std::string& emptyReset) = 0;
+  // The about box (frmAbout), modal until OK, Enter or Escape.
+  virtual void ShowAbout(HWND owner, const AboutRequest& about) = 0;
   // A plain system message box (MessageBoxA flags); returns the pressed button's id.
   virtual int ShowMessage(HWND owner, const std::string& text, const std::string& title, unsigned flags) = 0;
   // Review Changes: what Apply would write, shown until the person closes it.
@@ -90,6 +98,7 @@ class RealSeam : public Seam {
   bool ChooseIcon(HWND owner, std::string& file, int16_t& index) override;
   std::optional<std::string> AskName(HWND owner, const std::string& label, const std::string& text,
                                      const std::string& emptyReset) override;
+  void ShowAbout(HWND owner, const AboutRequest& about) override;
   int ShowMessage(HWND owner, const std::string& text, const std::string& title, unsigned flags) override;
   bool ShowFileDialog(HWND owner, FileDialog& dialog) override;
   void ShowReview(HWND owner, const std::string& heading, const std::vector<ReviewRow>& rows) override;

@@ -192,7 +192,7 @@ TEST_F(MainWindow, TabsToolbarAndMenus) {
   EXPECT_EQ(seam.opened[2], seam.opened[0] + "/themes.htm");
   m->OnCommand(IDC_HELPBTN);
   ASSERT_EQ(seam.opened.size(), 4u);
-  EXPECT_NE(seam.opened[3].find("Help.hlp"), std::string::npos);
+  EXPECT_NE(seam.opened[3].find("\\help\\index.html"), std::string::npos);
 
   // What's This?: the next click shows the help of the control under it, and only that click.
   m->OnCommand(IDM_HELP_WHATSTHIS);

@@ -34,6 +34,8 @@ class ScriptedSeam : public ui::Seam {
   bool ChooseIcon(HWND, std::string& file, int16_t& index) override;
   std::optional<std::string> AskName(HWND, const std::string& label, const std::string& text,
                                      const std::string& emptyReset) override;
+  std::vector<ui::AboutRequest> abouts;
+  void ShowAbout(HWND, const ui::AboutRequest& a) override { abouts.push_back(a); }
   struct Message { std::string text, title; unsigned flags; };
   std::vector<Message> messages;
   std::deque<int> messageAnswers;  // default IDOK

@@ -24,7 +24,7 @@ std::vector<HWND> PushButtons(HWND dialog) {
 
 // Each button once, then Escape; every other run ticks the box.
 TEST(PromptDialog, ButtonsStandRightToLeftBySlotAndAnswerTheirSlot) {
-  const std::string help = ui::ModulePath().substr(0, ui::ModulePath().rfind('\\')) + "\\Help.hlp 261 ";
+  const std::string help = ui::ModulePath().substr(0, ui::ModulePath().rfind('\\')) + "\\help\\index.html 261 ";
   // slot0Runs: what slot 0 runs, help (file, HELP_PARTIALKEY and keyword) or a command.
   const struct { std::string first; std::array<std::string, 3> buttons; std::vector<std::string> leftToRight;
                  std::string box, slot0Runs; int escape; } cases[] = {

@@ -1,0 +1,10 @@
+#pragma once
+// The about box (frmAbout, 1300-1399).
+#define IDD_ABOUT 1300
+#define IDC_ABOUT_ICON 1301
+#define IDC_ABOUT_NAME 1302
+#define IDC_ABOUT_VERSION 1303
+#define IDC_ABOUT_TEXT 1304
+#define IDC_ABOUT_CREDITS 1305
+#define IDC_ABOUT_HOME 1306
+#define IDC_ABOUT_MAIL 1307

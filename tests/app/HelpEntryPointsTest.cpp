@@ -1,0 +1,232 @@
+// Every way into the help names something that the shipped help folder (copied beside vexillor.exe)
+// really has: the contents page, each control's and each setting's context number, each prompt's
+// keyword and topic, and every link between the pages themselves.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <regex>
+#include <set>
+#include <sstream>
+
+#include "app/Shell.h"
+#include "resource.h"
+#include "support/RegistryScope.h"
+#include "support/ScriptedSeam.h"
+#include "ui/HelpTopics.h"
+#include "ui/frmPrompt.h"
+#include "ui/modMsgbox.h"
+#include "ui/win.h"
+
+namespace {
+
+std::string Folder(const std::string& path) { return path.substr(0, path.find_last_of('\\')); }
+
+bool FileExists(const std::string& path) {
+  DWORD a = GetFileAttributesA(path.c_str());
+  return a != INVALID_FILE_ATTRIBUTES && !(a & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+// The help as it ships: build\help beside vexillor.exe (the tests run from build\tests).
+std::string ShippedHelp() {
+  const std::string here = Folder(ui::ModulePath());
+  for (const std::string& dir : {Folder(here) + "\\help", here + "\\help"})
+    if (FileExists(dir + "\\index.html")) return dir;
+  return "";
+}
+
+// The pages of the help folder and the ids (anchors) and links each one holds.
+struct Page {
+  std::set<std::string> ids;
+  std::vector<std::string> links;
+};
+
+std::map<std::string, Page> ReadPages(const std::string& dir) {
+  std::map<std::string, Page> pages;
+  WIN32_FIND_DATAA found;
+  HANDLE h = FindFirstFileA((dir + "\\*.html").c_str(), &found);
+  if (h == INVALID_HANDLE_VALUE) return pages;
+  do {
+    std::ifstream in(dir + "\\" + found.cFileName, std::ios::binary);
+    std::stringstream text;
+    text << in.rdbuf();
+    const std::string html = text.str();
+    Page& page = pages[found.cFileName];
+    static const std::regex id(R"( id="([^"]+)\")"), href(R"(href="([^"]+)\")");
+    for (std::sregex_iterator m(html.begin(), html.end(), id), end; m != end; ++m) page.ids.insert((*m)[1]);
+    for (std::sregex_iterator m(html.begin(), html.end(), href), end; m != end; ++m) page.links.push_back((*m)[1]);
+  } while (FindNextFileA(h, &found));
+  FindClose(h);
+  return pages;
+}
+
+class HelpEntryPoints : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    dir = ShippedHelp();
+    ASSERT_FALSE(dir.empty()) << "no help\\index.html beside the built program";
+    pages = ReadPages(dir);
+  }
+  // Empty when "page#anchor" is in the shipped help, else what is missing.
+  std::string Missing(const std::string& target) const {
+    const size_t hash = target.find('#');
+    const std::string file = target.substr(0, hash);
+    auto page = pages.find(file);
+    if (page == pages.end()) return "no page " + file;
+    if (hash != std::string::npos && !page->second.ids.count(target.substr(hash + 1)))
+      return "no anchor " + target;
+    return "";
+  }
+  std::string dir;
+  std::map<std::string, Page> pages;
+};
+
+TEST_F(HelpEntryPoints, EveryTopicAndKeywordLeadsToAPlaceThatExists) {
+  std::set<unsigned> numbers;
+  for (const auto& t : ui::HelpTopics()) {
+    EXPECT_TRUE(numbers.insert(t.number).second) << "number " << t.number << " twice";
+    EXPECT_EQ(Missing(t.page), "") << "topic " << t.number;
+    const std::string popup = t.popup;
+    // A pop-up is a few sentences: long enough to say something, short enough for a small window.
+    EXPECT_GE(popup.size(), 40u) << t.number;
+    EXPECT_LE(popup.size(), 260u) << t.number;
+    EXPECT_EQ(popup.back(), '.') << t.number;
+  }
+  for (const auto& k : ui::HelpKeywords()) EXPECT_EQ(Missing(k.page), "") << k.keyword;
+  EXPECT_EQ(Missing(ui::kHelpContentsPage), "");
+}
+
+TEST_F(HelpEntryPoints, ThePagesLinkOnlyToPagesAndAnchorsThatExist) {
+  EXPECT_GE(pages.size(), 15u);
+  for (const auto& [name, page] : pages) {
+    for (const std::string& link : page.links) {
+      if (link.rfind("http", 0) == 0 || link.rfind("mailto:", 0) == 0) continue;
+      if (link.find(".css") != std::string::npos) {
+        EXPECT_TRUE(FileExists(dir + "\\" + link)) << name << " -> " << link;
+        continue;
+      }
+      EXPECT_EQ(Missing(link[0] == '#' ? name + link : link), "") << "in " << name;
+    }
+  }
+}
+
+// The main window: every control with a context-help number, the Help button, F1 and Contents.
+TEST_F(HelpEntryPoints, EveryControlOfTheMainWindowHasAPopupWithAFullTopic) {
+  const int controls[] = {IDC_TOOLBAR, IDC_TABSTRIP, IDC_INFOBAR, IDC_CHANGE,        IDC_DEFAULT,    IDC_RENAME,
+                          IDOK,        IDCANCEL,     IDC_APPLY,   IDC_SETTINGS_TREE, IDC_FOLDER_TREE, IDC_HELPBTN};
+  std::vector<int> ids(std::begin(controls), std::end(controls));
+  for (int tab : {2, 3, 4, 5, 6, 7, 9}) ids.push_back(IDC_LIST_FIRST + tab);  // the icon lists
+  for (int id : ids) {
+    const unsigned number = vx::HelpTopicOf(id);
+    ASSERT_NE(number, 0u) << "control " << id;
+    const ui::HelpTopic* topic = ui::FindHelpTopic(number);
+    ASSERT_NE(topic, nullptr) << "control " << id << " asks for " << number;
+  }
+  // The Help button, F1 and "Contents and Index" open the contents, which the help folder holds.
+  const std::string contents = ui::AppHelpFile();
+  EXPECT_EQ(contents.substr(contents.size() - 16), "\\help\\index.html");
+  EXPECT_EQ(Folder(Folder(contents)), Folder(ui::ModulePath()));
+  EXPECT_EQ(ui::HelpRequestTarget(contents, HELP_CONTENTS, ""), contents);
+}
+
+// The settings tree asks for these numbers (its own is 74); each has a pop-up and a place in the help.
+TEST_F(HelpEntryPoints, EverySettingNumberOfTheShellTabHasATopic) {
+  const unsigned numbers[] = {23, 25, 26, 27, 28, 29, 30, 31, 33, 34, 35, 36, 37, 38, 39, 40, 41, 42, 43, 44,
+                              45, 46, 47, 48, 49, 50, 51, 52, 53, 54, 55, 56, 57, 58, 59, 60, 61, 62, 74};
+  std::set<std::string> pagesUsed;
+  for (unsigned n : numbers) {
+    const ui::HelpTopic* topic = ui::FindHelpTopic(n);
+    ASSERT_NE(topic, nullptr) << n;
+    pagesUsed.insert(topic->page);
+  }
+  // Each number has a place of its own, not one page shared by all.
+  EXPECT_EQ(pagesUsed.size(), std::size(numbers));
+}
+
+// Every prompt of the program: a "&Help" button finds its keyword's page, a help topic its number.
+TEST_F(HelpEntryPoints, EveryPromptWithHelpFindsItsPage) {
+  vxtest::RegistryScope keys({vxtest::kProgramKey + "\\Settings"});
+  vxtest::ScriptedSeam seam;
+  vxtest::SeamScope scope{seam};
+  const std::vector<std::function<void()>> prompts = {
+      [] { modMsgbox::RestartLater(); },           [] { modMsgbox::ColourDepth(); },
+      [] { modMsgbox::NotepadOnAllFiles(); },      [] { modMsgbox::HideNetworkNeighborhood(); },
+      [] { modMsgbox::DisableDesktop(); },         [] { modMsgbox::RestoreAllPointers("Windows 98"); },
+      [] { modMsgbox::RestoreAllIcons("Windows 98"); }, [] { modMsgbox::RestoreAllSettings("Windows 98"); },
+      [] { modMsgbox::SaveBeforeClosing(); },      [] { modMsgbox::InvalidTheme("x.vxtheme"); },
+      [] { modMsgbox::OverwriteTheme("Blue"); },   [] { modMsgbox::RestartNow(); },
+      [] { modMsgbox::RebuildNotice("Windows 95"); }, [] { modMsgbox::EmptyName(); },
+      [] { modMsgbox::RemoveDesktopIni(); },       [] { modMsgbox::RemoveAutorunInf(); },
+      [] { modMsgbox::NothingToRestore(); },
+  };
+  for (const auto& show : prompts) show();
+  ASSERT_EQ(seam.prompts.size(), prompts.size());
+  std::set<std::string> keywords;
+  int withHelp = 0;
+  for (const auto& p : seam.prompts) {
+    const bool helpButton = std::find(p.buttons.begin(), p.buttons.end(), "&Help") != p.buttons.end();
+    const std::string keyword = ui::PromptHelpKeyword(p.message);
+    EXPECT_EQ(helpButton, !keyword.empty()) << p.message;
+    if (!keyword.empty()) {
+      ++withHelp;
+      keywords.insert(keyword);
+      // The keyword itself is in the index (not just something that falls back to the contents).
+      const auto& all = ui::HelpKeywords();
+      EXPECT_TRUE(std::any_of(all.begin(), all.end(), [&](const ui::HelpKeyword& k) { return keyword == k.keyword; }))
+          << keyword;
+      EXPECT_NE(ui::HelpPageOfKeyword(keyword), ui::kHelpContentsPage) << keyword;
+    }
+    if (p.helpTopic) {
+      EXPECT_NE(ui::FindHelpTopic(static_cast<unsigned>(p.helpTopic)), nullptr) << p.message;
+    }
+  }
+  EXPECT_EQ(withHelp, 2);  // the network warning and the rebuild notice
+  // The third keyword belongs to a message of the Explorer tab that no prompt above carries.
+  EXPECT_EQ(ui::PromptHelpKeyword("The program could not read this folder."), "Introduction, Explorer");
+  for (const char* k : {"Icon Cache", "Hide, Network Neighborhood", "Introduction, Explorer"})
+    EXPECT_EQ(Missing(ui::HelpPageOfKeyword(k)), "") << k;
+}
+
+// What each request opens: a page path, a file: address for a place on a page, the contents otherwise.
+TEST(HelpRequests, OpenTheTopicsPageOrTheContents) {
+  const std::string file = "C:\\Program Files\\Vexillor\\help\\index.html";
+  const std::string help = "C:\\Program Files\\Vexillor\\help\\";
+  const struct { unsigned command; const char* keyword; std::string opens; } cases[] = {
+      {HELP_CONTEXT, "4600", help + "icon-cache.html"},
+      {HELP_CONTEXT, "23", "file:///C:/Program%20Files/Vexillor/help/shell.html#beep-on-errors"},
+      {HELP_CONTEXT, "1090", help + "shell.html"},
+      {HELP_CONTEXT, "9999", file},       // no such topic
+      {HELP_CONTEXT, "23x", file},        // not a number
+      {HELP_CONTEXT, "", file},
+      {HELP_PARTIALKEY, "Icon Cache", help + "icon-cache.html"},
+      {HELP_PARTIALKEY, "hide, network", help + "network.html"},  // the start of a keyword, any case
+      {HELP_PARTIALKEY, "Introduction, Explorer", help + "explorer.html"},
+      {HELP_KEY, "Themes", help + "themes.html"},
+      {HELP_PARTIALKEY, "Nothing like it", file},
+      {HELP_PARTIALKEY, "", file},
+      {HELP_CONTENTS, "", file},
+      {HELP_FINDER, "", file},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(ui::HelpRequestTarget(file, c.command, c.keyword), c.opens) << c.command << " " << c.keyword;
+  // Characters that an address cannot carry are escaped; a help folder without a path still works.
+  EXPECT_EQ(ui::HelpTarget("D:\\A#B 100%\\help\\index.html", "shell.html#drag"),
+            "file:///D:/A%23B%20100%25/help/shell.html#drag");
+  EXPECT_EQ(ui::HelpTarget("index.html", "themes.html"), "themes.html");
+}
+
+// The About command of the Help menu and the toolbar passes the Web sub-menu's addresses.
+TEST(AboutCommand, ShowsTheAboutBoxWithTheWebAddresses) {
+  vxtest::ScriptedSeam seam;
+  vxtest::SeamScope scope{seam};
+  vx::ShowAbout(nullptr);
+  ASSERT_EQ(seam.abouts.size(), 1u);
+  EXPECT_EQ(seam.abouts[0].homePage, vx::kHomePage);
+  EXPECT_EQ(seam.abouts[0].mail, vx::kAuthorMail);
+  EXPECT_TRUE(seam.messages.empty());
+}
+
+}  // namespace
