@@ -14,6 +14,7 @@
 #include "apply/RunFlags.h"
 #include "icons/Catalogue.h"
 #include "icons/IconEdits.h"
+#include "settings/SettingsTree.h"
 #include "system/Environment.h"
 #include "ui/FolderTree.h"
 #include "ui/ListBoxIcons.h"
@@ -50,10 +51,11 @@ class Main : public ui::Window, public EditHost {
   void SetToolbarStyle(bool textBeside);                // the toolbar style routine
   void SelectTab(int tab);                              // selects tab 1..9 as a click would
 
-  // Commands whose work arrives later (themes, settings, restoring everything); greyed until then.
+  // Commands whose work arrives later (themes); greyed until then.
   void OpenTheme(const std::string& path, bool fromCommandLine);
   void SaveTheme();
   void SaveThemeAs();
+  // The Tools menu: each puts the defaults in as pending edits; nothing is written before Apply.
   void RestoreAllSettings();
   void RestoreAllIcons();
   void RestoreAllPointers();
@@ -68,6 +70,7 @@ class Main : public ui::Window, public EditHost {
   const std::string& currentThemePath() const { return currentTheme_; }
   bool applyEnabled() const;
   ui::FolderTree& folderTree() { return folderTree_; }
+  SettingsTree& settingsTree() { return *settings_; }
   int treeWidthTwips() const { return treeWidth_; }
   void SetTreeWidthTwips(int twips);
   // What the last Apply replaced, so it can be put back exactly, and which of its steps failed.
@@ -106,7 +109,10 @@ class Main : public ui::Window, public EditHost {
   void ShowPaneOf(int tab);
   void RebuildRecentMenu();
   void RestorePosition();
+  void CreateSettingsPage();
   void FillSettingsTree();
+  Plan SettingsStage();
+  void RestoreTab(int tab);  // Default Icon over every item of a tab, its selection kept
   IconLists Lists() const;
   void EnsureFolderTree();
   LRESULT OnNotify(const NMHDR* hdr);
@@ -122,6 +128,7 @@ class Main : public ui::Window, public EditHost {
   std::unique_ptr<ui::Window> paneWindow_, toolbarHostWindow_;
   ui::FolderTree folderTree_;
   ui::Splitter splitter_;
+  std::unique_ptr<SettingsTree> settings_;
   HWND toolbarHost_ = nullptr, toolbar_ = nullptr, tab_ = nullptr, pane_ = nullptr, settingsTree_ = nullptr;
   HMENU menu_ = nullptr;
   HFONT font_ = nullptr;

@@ -19,7 +19,13 @@ void Main::cmdApply_Click() {
   ui::MousePointer wait(ui::MousePointer::kHourglass);
   const IconLists lists = Lists();
   const ListBoxValues values(lists);
-  ApplyInput input{env_, catalogue_, values, currentTheme_, {}, {}, [this] { RefreshFolderTree(); }};
+  ApplyInput input{env_,
+                   catalogue_,
+                   values,
+                   currentTheme_,
+                   [this] { return SettingsStage(); },
+                   [this] { return BitmapThumbnailState(settings_->model()); },
+                   [this] { RefreshFolderTree(); }};
   lastApply_ = RunApply(input, flags);
   // A run that stopped leaves its changes pending, so Apply can be pressed again.
   if (!lastApply_.stopped) EnableWindow(control(IDC_APPLY), FALSE);
@@ -112,8 +118,5 @@ void Main::EndContextHelp(POINT pt, bool show) {
 void Main::OpenTheme(const std::string&, bool) {}
 void Main::SaveTheme() {}
 void Main::SaveThemeAs() {}
-void Main::RestoreAllSettings() {}
-void Main::RestoreAllIcons() {}
-void Main::RestoreAllPointers() {}
 
 }  // namespace vx
