@@ -35,6 +35,8 @@ void SettingsTree::Fill(const ScreenInfo& screen) {
   model_ = ReadSettings(*host_.env, screen);
   items_.clear();
   std::map<std::string, HTREEITEM> byKey;
+  // One redraw for the whole fill rather than one per node.
+  SendMessageA(page_.tree(), WM_SETREDRAW, FALSE, 0);
   for (size_t i = 0; i < model_.nodes.size(); ++i) {
     const SystemSetting& n = model_.nodes[i];
     auto parent = byKey.find(n.parent);
@@ -43,6 +45,7 @@ void SettingsTree::Fill(const ScreenInfo& screen) {
     items_.push_back(item);
     byKey[n.key] = item;
   }
+  SendMessageA(page_.tree(), WM_SETREDRAW, TRUE, 0);
   // The node selected when the program last closed; a key that names no node here (an Active Desktop
   // setting on a system without the desktop update) selects nothing.
   const std::string selected = modRegistry::GetString(kSettingsKey, "Selected");
