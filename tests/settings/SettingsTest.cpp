@@ -231,16 +231,8 @@ TEST_F(Settings, TheStageWritesEachRuleInItsOrder) {
     const char* part;
     std::vector<std::string> want;
   } cases[] = {
-      {"Win98", "\"Shortcut to\" Prefix on New Shortcuts", kImageOn, "\"link\"",
-       {"delete value \"HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\" \"link\""}},
-      {"Win98", "\"Shortcut to\" Prefix on New Shortcuts", kImageOff, "\"link\"",
-       {"set binary \"HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\" \"link\" = 00 00 00 00"}},
-      {"WinNT", "Font Smoothing", kImageOn, "FontSmoothing",
-       {"set string \"HKEY_CURRENT_USER\\Control Panel\\desktop\" \"FontSmoothing\" = \"2\""}},
       {"Win98", "Font Smoothing", kImageOn, "FontSmoothing",
        {"set string \"HKEY_CURRENT_USER\\Control Panel\\desktop\" \"FontSmoothing\" = \"1\""}},
-      {"Win98", kHideNetworkKey, kImageOn, "NoNetHood",
-       {"set dword \"HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Policies\\Explorer\" \"NoNetHood\" = 999"}},
       {"Win98", "Explore From Here", kImageOff, "RootExplore",
        {"delete key \"HKEY_CLASSES_ROOT\\Folder\\Shell\\RootExplore\" \"Command\"",
         "delete key \"HKEY_CLASSES_ROOT\\Folder\\Shell\" \"RootExplore\""}},
@@ -248,14 +240,9 @@ TEST_F(Settings, TheStageWritesEachRuleInItsOrder) {
        {"set string \"HKEY_CLASSES_ROOT\\Folder\\Shell\\RootExplore\\Command\" \"\" = \"EXPLORER.EXE /E,/Root,/IDList,%I\"",
         "set string \"HKEY_CLASSES_ROOT\\Folder\\Shell\\RootExplore\" \"\" = \"E&xplore From Here\""}},
       {"Win98", "Quick View", kImageOff, "QuickView", {"delete key \"HKEY_CLASSES_ROOT\\*\" \"QuickView\""}},
-      {"Win98", "Add Vexillor to My Computer context menu", kImageOn, "\\VX",
-       {"set string \"" + std::string(kVerbVX) + "\" \"\" = \"&Vexillor...\"",
-        "set string \"" + std::string(kVerbVX) + "\\Command\" \"\" = \"C:\\Program Files\\Vexillor\\Vexillor.exe\""}},
       {"Win98", "Add Vexillor to My Computer context menu", kImageOff, "VX",
        {"delete key \"" + std::string(kVerbVX) + "\" \"Command\"",
         "delete key \"HKEY_CLASSES_ROOT\\CLSID\\{20D04FE0-3AEA-1069-A2D8-08002B30309D}\\Shell\" \"VX\""}},
-      {"Win98", kDelayUntilClickedKey, kImageOn, "MenuShowDelay",
-       {"set string \"HKEY_CURRENT_USER\\Control Panel\\desktop\" \"MenuShowDelay\" = \"65535\""}},
       {"Win98", "Allow changes to Active Desktop", kImageOn, "NoActiveDesktopChanges",
        {"set binary \"HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Policies\\Explorer\" \"NoActiveDesktopChanges\" = 00 00 00 00"}},
   };
