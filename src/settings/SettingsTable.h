@@ -10,18 +10,22 @@
 #include <string>
 #include <vector>
 
+#include "ids_art.h"
+
 namespace vx {
 
-// The tree's seven images; a node's image is also its state.
+// The tree's seven images, numbered from 1 as the tree's image list (the drawn strip's image i is
+// number i + 1); a node's image is also its state.
 enum TreeImage : int {
-  kImageGroup = 1,             // group, collapsed
-  kImageGroupOpen = 2,         // group, expanded
-  kImageNumber = 3,            // numeric setting
-  kImageNumberOverridden = 4,  // "Menu Show Delay" while "Delay Until Clicked" is on
-  kImageOff = 5,
-  kImageOn = 6,
-  kImageUnavailable = 7,       // a Plus! setting on a system without Plus!
+  kImageGroup = TREEI_GROUP_CLOSED + 1,                  // 1: group, collapsed
+  kImageGroupOpen = TREEI_GROUP_OPEN + 1,                // 2: group, expanded
+  kImageNumber = TREEI_NUMBER + 1,                       // 3: numeric setting
+  kImageNumberOverridden = TREEI_NUMBER_OVERRIDDEN + 1,  // 4: "Menu Show Delay" while "Delay Until Clicked" is on
+  kImageOff = TREEI_SWITCH_OFF + 1,                      // 5
+  kImageOn = TREEI_SWITCH_ON + 1,                        // 6
+  kImageUnavailable = TREEI_UNAVAILABLE + 1,             // 7: a Plus! setting on a system without Plus!
 };
+static_assert(kImageGroup == 1 && kImageUnavailable == 7, "the program numbers its tree images 1 to 7");
 
 enum class NodeKind { Group, Switch, Number };
 

@@ -8,7 +8,7 @@ namespace ui {
 namespace {
 
 constexpr const char* kPageClass = "VexillorSettingsPage";
-constexpr UINT_PTR kTextSubclass = 1;
+constexpr UINT_PTR kTextSubclass = 1, kTreeSubclass = 2;
 
 HWND Child(const char* cls, DWORD exStyle, DWORD style, HWND parent, int id, HFONT font, const char* text = "") {
   HWND h = CreateWindowExA(exStyle, cls, text, WS_CHILD | style, 0, 0, 0, 0, parent,
@@ -23,6 +23,7 @@ SettingsPage::SettingsPage() = default;
 
 SettingsPage::~SettingsPage() {
   if (text_ && IsWindow(text_)) RemoveWindowSubclass(text_, &SettingsPage::TextProc, kTextSubclass);
+  if (tree_ && IsWindow(tree_)) RemoveWindowSubclass(tree_, &SettingsPage::TreeProc, kTreeSubclass);
   Destroy();
 }
 
@@ -39,6 +40,7 @@ bool SettingsPage::Create(HWND parent, int id, HFONT font) {
   unit_ = Child("STATIC", 0, SS_LEFT, hwnd(), IDC_SETTINGS_UNIT, font);
   if (!tree_ || !frame_ || !text_ || !scroll_ || !unit_) return false;
   SetWindowSubclass(text_, &SettingsPage::TextProc, kTextSubclass, reinterpret_cast<DWORD_PTR>(this));
+  SetWindowSubclass(tree_, &SettingsPage::TreeProc, kTreeSubclass, reinterpret_cast<DWORD_PTR>(this));
   SCROLLINFO si{sizeof si, SIF_RANGE | SIF_PAGE | SIF_POS, 0, kScrollMax, 0, kScrollMax, 0};
   SetScrollInfo(scroll_, SB_CTL, &si, FALSE);
   images_.reset(ImageList_LoadImageA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDB_TREE), 16, 0, ART_MASK_COLOUR,
@@ -220,6 +222,29 @@ LRESULT CALLBACK SettingsPage::TextProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM l
   return result;
 }
 
+// Shift+F10 opens the right-click menu as the menu key does (not every system turns it into a
+// WM_CONTEXTMENU).
+LRESULT CALLBACK SettingsPage::TreeProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp, UINT_PTR, DWORD_PTR self) noexcept {
+  LRESULT result = 0;
+  Guarded([&] {
+    if ((msg == WM_SYSKEYDOWN || msg == WM_KEYDOWN) && wp == VK_F10 && (GetKeyState(VK_SHIFT) & 0x8000)) {
+      reinterpret_cast<SettingsPage*>(self)->MenuAtSelection();
+      return;
+    }
+    result = DefSubclassProc(hwnd, msg, wp, lp);
+  });
+  return result;
+}
+
+void SettingsPage::MenuAtSelection() {
+  HTREEITEM sel = Selected();
+  RECT r{};
+  if (!sel || !TreeView_GetItemRect(tree_, sel, &r, TRUE)) return;
+  POINT at{r.left + 8, r.bottom};
+  ClientToScreen(tree_, &at);
+  if (ContextMenu) ContextMenu(at);
+}
+
 // --- menu ------------------------------------------------------------------------------------------
 
 HMENU SettingsPage::BuildMenu(const std::string& stateCaption, bool stateEnabled) const {
@@ -263,7 +288,8 @@ LRESULT SettingsPage::OnNotify(const NMHDR* hdr) {
       // A group shows its open picture while expanded.
       const auto* tv = reinterpret_cast<const NMTREEVIEWA*>(hdr);
       const int image = ImageOf(tv->itemNew.hItem);
-      if (image == 1 || image == 2) SetImage(tv->itemNew.hItem, Expanded(tv->itemNew.hItem) ? 2 : 1);
+      constexpr int closed = TREEI_GROUP_CLOSED + 1, open = TREEI_GROUP_OPEN + 1;
+      if (image == closed || image == open) SetImage(tv->itemNew.hItem, Expanded(tv->itemNew.hItem) ? open : closed);
       return 0;
     }
     case NM_RCLICK: {
@@ -294,14 +320,7 @@ LRESULT SettingsPage::HandleMessage(UINT msg, WPARAM wp, LPARAM lp) {
       return 0;
     case WM_CONTEXTMENU:
       // From the keyboard (the menu key, Shift+F10): at the selected node.
-      if (reinterpret_cast<HWND>(wp) == tree_ && lp == -1) {
-        HTREEITEM sel = Selected();
-        RECT r{};
-        if (!sel || !TreeView_GetItemRect(tree_, sel, &r, TRUE)) return 0;
-        POINT at{r.left + 8, r.bottom};
-        ClientToScreen(tree_, &at);
-        if (ContextMenu) ContextMenu(at);
-      }
+      if (reinterpret_cast<HWND>(wp) == tree_ && lp == -1) MenuAtSelection();
       return 0;
     case WM_COMMAND:
       return 0;

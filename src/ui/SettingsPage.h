@@ -37,7 +37,7 @@ class SettingsPage : public Window {
   HWND textBox() const { return text_; }
   HWND unitLabel() const { return unit_; }
 
-  // Nodes. Images are the program's image numbers, 1 to 7; data is the caller's own.
+  // Nodes. Images are the program's image numbers, 1 to 7 (TREEI_* + 1); data is the caller's own.
   HTREEITEM AddNode(HTREEITEM parent, const std::string& text, int image, LPARAM data);
   void SetImage(HTREEITEM item, int image);
   int ImageOf(HTREEITEM item) const;
@@ -83,6 +83,8 @@ class SettingsPage : public Window {
   void OnScroll(int code);
   void LayOut();
   void Repaint(HWND child);
+  void MenuAtSelection();
+  static LRESULT CALLBACK TreeProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp, UINT_PTR id, DWORD_PTR self) noexcept;
   static LRESULT CALLBACK TextProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp, UINT_PTR id, DWORD_PTR self) noexcept;
 
   HWND backdrop_ = nullptr;
