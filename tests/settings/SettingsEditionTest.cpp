@@ -122,6 +122,14 @@ TEST(SettingsEdition, EachEditionsTreeInItsOwnProcess) {
     EXPECT_EQ(width->depth, 2);
     EXPECT_EQ(width->image, kImageNumber);
     EXPECT_EQ(p.Find("Delay Until Clicked")->depth, 2);
+    // Under "Mouse" the two sub-groups come before "Swap Mouse Buttons".
+    std::vector<std::string> mouse;
+    bool under = false;
+    for (const Node& n : p.nodes) {
+      if (n.depth == 0) under = n.text == "Mouse";
+      if (under && n.depth == 1) mouse.push_back(n.text);
+    }
+    EXPECT_EQ(mouse, (std::vector<std::string>{"Double Click", "Drag", "Swap Mouse Buttons"}));
   }
 }
 

@@ -110,15 +110,6 @@ TEST_F(Page, TogglesByDoubleClickSpaceAndTheMenuShowTheModel) {
   EXPECT_EQ(applies, 3);
   ExpectShownIsModel();
 
-  // "Note Pad" answered Cancel: nothing changes, Apply stays as it was.
-  tree->SelectKey(kNotepadKey);
-  seam.promptAnswers.push_back({0, false});
-  Key(treeView(), VK_SPACE);
-  EXPECT_EQ(tree->model().Image(kNotepadKey), kImageOff);
-  EXPECT_EQ(applies, 3);
-  ASSERT_EQ(seam.prompts.size(), 1u);
-  EXPECT_EQ(seam.prompts[0].message.rfind("Adding Notepad to all files", 0), 0u);
-
   // Groups and numbers do not toggle.
   tree->SelectKey("General");
   Key(treeView(), VK_SPACE);
