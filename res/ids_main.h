@@ -13,6 +13,12 @@
 #define IDC_SETTINGS_TREE 110
 #define IDC_FOLDER_TREE 111
 #define IDC_SPLITTER 112
+// The Shell tab's page: the settings tree and its numeric editor.
+#define IDC_SETTINGS_PAGE 113
+#define IDC_SETTINGS_FRAME 114
+#define IDC_SETTINGS_SCROLL 115
+#define IDC_SETTINGS_TEXT 116
+#define IDC_SETTINGS_UNIT 117
 #define IDC_LIST_FIRST 120  // icon list of tab n is IDC_LIST_FIRST + n
 
 // Main menu commands (200-299).
@@ -39,3 +45,6 @@
 #define IDT_FORWARD 251
 #define IDT_NEXT_TAB 252
 #define IDT_PREV_TAB 253
+
+// The settings tree's right-click menu (260-265): item n of the menu is IDM_TREE_MENU + n.
+#define IDM_TREE_MENU 260

@@ -93,16 +93,10 @@ void Main::Form_Unload() {
   if (flags.restartLater) modMsgbox::RestartLater();
   if (modRegistry::GetDword(kSettingsKey, "Active Tab") != 0)
     modRegistry::SaveDword(kSettingsKey, "Active Tab", CurrentTab());
-  // The settings tree is empty until its catalogue fills it; its on/off nodes are keyed by their
-  // captions, which is what is recorded here (numeric nodes will need their own keys then).
-  if (TreeView_GetCount(settingsTree_) >= 2) {
-    char text[260] = {};
-    TVITEMA item{};
-    item.mask = TVIF_TEXT;
-    item.hItem = TreeView_GetSelection(settingsTree_);
-    item.pszText = text;
-    item.cchTextMax = sizeof text;
-    if (item.hItem && TreeView_GetItem(settingsTree_, &item)) modRegistry::SaveString(kSettingsKey, "Selected", text);
+  // The selected node's key, not its text: numeric nodes show "Width" but are keyed "Drag Width".
+  if (settings_ && settings_->NodeCount() >= 2) {
+    const std::string key = settings_->SelectedKey();
+    if (!key.empty()) modRegistry::SaveString(kSettingsKey, "Selected", key);
   }
   RECT r;
   GetWindowRect(hwnd(), &r);

@@ -15,6 +15,7 @@
 #include "apply/RunFlags.h"
 #include "icons/Catalogue.h"
 #include "icons/IconEdits.h"
+#include "settings/SettingsTree.h"
 #include "system/Environment.h"
 #include "ui/FolderTree.h"
 #include "ui/ListBoxIcons.h"
@@ -51,10 +52,11 @@ class Main : public ui::Window, public EditHost {
   void SetToolbarStyle(bool textBeside);                // the toolbar style routine
   void SelectTab(int tab);                              // selects tab 1..9 as a click would
 
-  // Commands whose work arrives later (themes, settings, restoring everything); greyed until then.
+  // Commands whose work arrives later (themes); greyed until then.
   void OpenTheme(const std::string& path, bool fromCommandLine);
   void SaveTheme();
   void SaveThemeAs();
+  // The Tools menu: each puts the defaults in as pending edits; nothing is written before Apply.
   void RestoreAllSettings();
   void RestoreAllIcons();
   void RestoreAllPointers();
@@ -77,6 +79,7 @@ class Main : public ui::Window, public EditHost {
   const std::string& currentThemePath() const { return currentTheme_; }
   bool applyEnabled() const;
   ui::FolderTree& folderTree() { return folderTree_; }
+  SettingsTree& settingsTree() { return *settings_; }
   int treeWidthTwips() const { return treeWidth_; }
   void SetTreeWidthTwips(int twips);
   // What the last Apply replaced, so it can be put back exactly, and which of its steps failed.
@@ -117,7 +120,10 @@ class Main : public ui::Window, public EditHost {
   void ShowPaneOf(int tab);
   void RebuildRecentMenu();
   void RestorePosition();
+  void CreateSettingsPage();
   void FillSettingsTree();
+  Plan SettingsStage();
+  void RestoreTab(int tab);  // Default Icon over every item of a tab, its selection kept
   void EnsureFolderTree();
   LRESULT OnNotify(const NMHDR* hdr);
   void OnSplitterMove(int x);
@@ -132,6 +138,7 @@ class Main : public ui::Window, public EditHost {
   std::unique_ptr<ui::Window> paneWindow_, toolbarHostWindow_;
   ui::FolderTree folderTree_;
   ui::Splitter splitter_;
+  std::unique_ptr<SettingsTree> settings_;
   HWND toolbarHost_ = nullptr, toolbar_ = nullptr, tab_ = nullptr, pane_ = nullptr, settingsTree_ = nullptr;
   HMENU menu_ = nullptr;
   HFONT font_ = nullptr;

@@ -31,7 +31,13 @@ void Main::cmdApply_Click() {
 }
 
 ApplyInput Main::MakeApplyInput(const ListValues& values) {
-  return ApplyInput{env_, catalogue_, values, currentTheme_, {}, {}, [this] { RefreshFolderTree(); }};
+  return ApplyInput{env_,
+                    catalogue_,
+                    values,
+                    currentTheme_,
+                    [this] { return SettingsStage(); },
+                    [this] { return BitmapThumbnailState(settings_->model()); },
+                    [this] { RefreshFolderTree(); }};
 }
 
 void Main::cmdOK_Click() {
@@ -120,8 +126,5 @@ void Main::EndContextHelp(POINT pt, bool show) {
 void Main::OpenTheme(const std::string&, bool) {}
 void Main::SaveTheme() {}
 void Main::SaveThemeAs() {}
-void Main::RestoreAllSettings() {}
-void Main::RestoreAllIcons() {}
-void Main::RestoreAllPointers() {}
 
 }  // namespace vx

@@ -151,11 +151,7 @@ void Main::CreateControls() {
     SendMessageA(b, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
     return b;
   };
-  settingsTree_ = CreateWindowExA(WS_EX_CLIENTEDGE, WC_TREEVIEWA, "",
-                                  WS_CHILD | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT |
-                                      TVS_SHOWSELALWAYS,
-                                  0, 0, 0, 0, pane_, reinterpret_cast<HMENU>(IDC_SETTINGS_TREE), inst, nullptr);
-  SendMessageA(settingsTree_, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
+  CreateSettingsPage();
   for (int tab = kTabDesktop; tab <= kTabPointers; ++tab) {
     if (tab == kTabExplorer) continue;
     auto list = std::make_unique<ui::ListBoxIcons>();
@@ -224,7 +220,7 @@ void Main::LayoutPanes() {
   const int listWidth = sideLeft - 2 * inner;
   for (auto& list : lists_)
     if (list) list->Move(inner, inner, listWidth, paneHeight - 2 * inner);
-  MoveWindow(settingsTree_, inner, inner, paneWidth - 2 * inner, paneHeight - 2 * inner, TRUE);
+  settings_->page().Move(inner, inner, paneWidth - 2 * inner, paneHeight - 2 * inner);
   SetTreeWidthTwips(treeWidth_);
 }
 
@@ -281,7 +277,7 @@ void Main::ShowPaneOf(int tab) {
   if (folderTree_.hwnd()) ShowWindow(folderTree_.hwnd(), explorer ? SW_SHOW : SW_HIDE);
   ShowWindow(splitter_.hwnd(), explorer ? SW_SHOW : SW_HIDE);
   if (shell && !flags.treeFilled) FillSettingsTree();
-  ShowWindow(settingsTree_, shell ? SW_SHOW : SW_HIDE);
+  ShowWindow(settings_->page().hwnd(), shell ? SW_SHOW : SW_HIDE);
   for (int id : {IDC_CHANGE, IDC_DEFAULT, IDC_RENAME}) ShowWindow(GetDlgItem(pane_, id), shell ? SW_HIDE : SW_SHOW);
   if (explorer) {
     EnableDefault(true);
@@ -294,11 +290,6 @@ void Main::ShowPaneOf(int tab) {
     EnableWindow(GetDlgItem(pane_, IDC_CHANGE), TRUE);
     lstbxIcons_Click(*this, tab);
   }
-}
-
-void Main::FillSettingsTree() {
-  // The settings tree is built on its first visit by the settings catalogue; until that lands the
-  // tree stays empty and the flag stays clear.
 }
 
 }  // namespace vx

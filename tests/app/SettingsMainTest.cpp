@@ -1,0 +1,191 @@
+// The Shell tab inside the main window: toggles and numbers edited on the tab, Apply run by the window,
+// and what it wrote read back from the registry and the disk; the Tools menu's restore commands; the
+// node recorded at closing and selected again at the next start.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "app/Main.h"
+#include "registry/modRegistry.h"
+#include "resource.h"
+#include "settings/SettingsFixture.h"
+#include "support/KeySnapshot.h"
+#include "support/ScriptedSeam.h"
+#include "ui/ListBoxIcons.h"
+#include "ui/win.h"
+
+namespace {
+
+using namespace vx;
+
+constexpr const char* kVerb = "HKEY_CLASSES_ROOT\\CLSID\\{20D04FE0-3AEA-1069-A2D8-08002B30309D}\\Shell\\VX";
+const std::string kPanel = "Control Panel.{21EC2020-3AEA-1069-A2DD-08002B30309D}";
+
+class ShellTab : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    INITCOMMONCONTROLSEX icc{sizeof icc, ICC_WIN95_CLASSES | ICC_BAR_CLASSES | ICC_TAB_CLASSES | ICC_TREEVIEW_CLASSES};
+    InitCommonControlsEx(&icc);
+    modRegistry::SaveDword(kSettingsKey, "Active Tab", kTabDesktop);
+    modRegistry::SaveString(kWindowMetricsKey, "Shell Icon Size", "32");
+    modRegistry::SaveDword(kSettingsKey, "Dialog Rebuild", 1);  // the rebuild notice stays away
+  }
+  std::unique_ptr<Main> Open(const Environment& env) {
+    auto m = std::make_unique<Main>();
+    EXPECT_TRUE(m->Create(env, "", false));
+    ui::DoEvents();
+    return m;
+  }
+  // Selects a node on the Shell tab and toggles it with the space bar, as a person would.
+  static void Toggle(Main& m, const std::string& key) {
+    m.SelectTab(kTabShell);
+    ASSERT_TRUE(m.settingsTree().SelectKey(key)) << key;
+    SendMessageA(m.settingsTree().page().tree(), WM_KEYDOWN, VK_SPACE, 0);
+  }
+  static void Apply(Main& m) {
+    // Apply's own undo record would put the icons back too; the scopes do it for every test.
+    m.OnCommand(IDC_APPLY);
+    ui::DoEvents();
+  }
+
+  vxtest::SettingsScope scope;
+  vxtest::KeySnapshot icons{{kShellIconsKey, kCursorsKey, "HKEY_CLASSES_ROOT\\.bmp", "HKEY_CLASSES_ROOT\\Paint.Picture"}};
+  vxtest::ScriptedSeam seam;
+  vxtest::SeamScope seamScope{seam};
+};
+
+TEST_F(ShellTab, EachWriteRuleThroughTheWindow) {
+  const Environment env = DetectEnvironment();  // Wine's default: the NT platform
+  modRegistry::DeleteValue(kExplorerKey, "link");
+  modRegistry::SaveString(kDesktopKey, "FontSmoothing", "0");
+  modRegistry::SaveString(kDesktopKey, "MenuShowDelay", "400");
+  modRegistry::DeleteValue(kPoliciesKey, "NoNetHood");
+  vxtest::DeleteTree(kVerb);
+  auto m = Open(env);
+  m->SelectTab(kTabShell);
+  ASSERT_TRUE(m->flags.treeFilled);
+
+  // The delay scrolled, then "Delay Until Clicked": "65535" whatever the number.
+  SettingsTree& tree = m->settingsTree();
+  tree.SelectKey(kMenuShowDelayKey);
+  SendMessageA(tree.page().hwnd(), WM_VSCROLL, SB_PAGEUP, reinterpret_cast<LPARAM>(tree.page().scrollBar()));
+  EXPECT_EQ(tree.model().Value(kMenuShowDelayKey), "410");
+  Toggle(*m, kDelayUntilClickedKey);
+  Toggle(*m, "\"Shortcut to\" Prefix on New Shortcuts");  // on (no value) -> off
+  Toggle(*m, "Font Smoothing");
+  seam.promptAnswers.push_back({2, false});  // the network warning: OK
+  Toggle(*m, kHideNetworkKey);
+  Toggle(*m, kPanel);
+  Toggle(*m, "Add Vexillor to My Computer context menu");
+  EXPECT_TRUE(m->applyEnabled());
+  seam.prompts.clear();
+  Apply(*m);
+  EXPECT_FALSE(m->applyEnabled());
+  EXPECT_TRUE(scope.errors.empty());
+  EXPECT_TRUE(m->lastApply().ok());
+  EXPECT_EQ(modRegistry::GetString(kDesktopKey, "MenuShowDelay"), "65535");
+  EXPECT_EQ(modRegistry::GetBinary(kExplorerKey, "link"), std::string(4, '\0'));
+  EXPECT_EQ(modRegistry::GetString(kDesktopKey, "FontSmoothing"), "2");
+  EXPECT_EQ(modRegistry::GetDword(kPoliciesKey, "NoNetHood"), 999);
+  EXPECT_NE(GetFileAttributesA(scope.Cascade(kPanel).c_str()), INVALID_FILE_ATTRIBUTES);
+  EXPECT_EQ(modRegistry::GetString(kVerb, ""), "&Vexillor...");
+  EXPECT_EQ(modRegistry::GetString(std::string(kVerb) + "\\Command", ""), env.exePath);
+  // The network policy and the delay need a restart, and Apply offered it.
+  ASSERT_FALSE(seam.prompts.empty());
+  EXPECT_EQ(seam.prompts.back().message.rfind("You will need to restart your computer", 0), 0u);
+
+  // Back off: the prefix value goes, the folder goes, the verb goes with its Command subkey.
+  Toggle(*m, "\"Shortcut to\" Prefix on New Shortcuts");
+  Toggle(*m, kPanel);
+  Toggle(*m, "Add Vexillor to My Computer context menu");
+  Toggle(*m, kDelayUntilClickedKey);
+  Apply(*m);
+  EXPECT_FALSE(vxtest::ValueExists(kExplorerKey, "link"));
+  EXPECT_EQ(GetFileAttributesA(scope.Cascade(kPanel).c_str()), INVALID_FILE_ATTRIBUTES);
+  EXPECT_FALSE(vxtest::KeyExists(kVerb));
+  EXPECT_EQ(modRegistry::GetString(kDesktopKey, "MenuShowDelay"), "410");
+  m->flags.restartLater = false;
+  seam.promptAnswers.push_back({1, false});  // closing: do not save
+  SendMessageA(m->hwnd(), WM_CLOSE, 0, 0);
+}
+
+TEST_F(ShellTab, TheSelectedNodeIsRecordedByKeyAndFoundAgain) {
+  const Environment env = DetectEnvironment();
+  {
+    auto m = Open(env);
+    m->SelectTab(kTabShell);
+    m->settingsTree().SelectKey("Drag Width");
+    SendMessageA(m->hwnd(), WM_CLOSE, 0, 0);
+  }
+  EXPECT_EQ(modRegistry::GetString(kSettingsKey, "Selected"), "Drag Width");
+  {
+    auto m = Open(env);
+    m->SelectTab(kTabShell);
+    EXPECT_EQ(m->settingsTree().SelectedKey(), "Drag Width");
+    EXPECT_TRUE(m->settingsTree().page().EditorShown());
+    EXPECT_FALSE(m->applyEnabled());
+    SendMessageA(m->hwnd(), WM_CLOSE, 0, 0);
+  }
+  // A key that names no node here selects nothing, and nothing fails.
+  modRegistry::SaveString(kSettingsKey, "Selected", "No Active Desktop");
+  auto m = Open(MakeEnvironment("Win95", env.windowsFolder, env.systemFolder, "4.70", false, env.exePath));
+  m->SelectTab(kTabShell);
+  EXPECT_TRUE(m->flags.treeFilled);
+  EXPECT_EQ(m->settingsTree().SelectedKey(), "");
+  SendMessageA(m->hwnd(), WM_CLOSE, 0, 0);
+}
+
+TEST_F(ShellTab, RestoreAllIconsWalksTheTabsAndWritesNothing) {
+  const Environment env = DetectEnvironment();
+  modRegistry::SaveDword(kSettingsKey, "Active Tab", kTabOthers);
+  modRegistry::SaveString(kSettingsKey, "Current Theme", "C:\\Themes\\Blue.vxtheme");
+  modRegistry::SaveString(kShellIconsKey, "3", "C:\\x.dll,5");
+  auto m = Open(env);
+  EXPECT_EQ(ui::GetText(m->hwnd()), "Blue - Vexillor");
+  // No command of the Tools menu is greyed.
+  HMENU tools = GetSubMenu(GetMenu(m->hwnd()), 1);
+  for (int id : {IDM_TOOLS_RESTORE_SETTINGS, IDM_TOOLS_RESTORE_ICONS, IDM_TOOLS_RESTORE_POINTERS})
+    EXPECT_FALSE(GetMenuState(tools, static_cast<UINT>(id), MF_BYCOMMAND) & MF_GRAYED) << id;
+  m->List(kTabFolders)->SelItemIndex(2);
+
+  // Cancel changes nothing.
+  seam.promptAnswers.push_back({0, false});
+  m->OnCommand(IDM_TOOLS_RESTORE_ICONS);
+  EXPECT_FALSE(m->applyEnabled());
+  EXPECT_EQ(m->CurrentTab(), kTabOthers);
+
+  seam.promptAnswers.push_back({1, false});
+  m->OnCommand(IDM_TOOLS_RESTORE_ICONS);
+  ASSERT_EQ(seam.prompts.size(), 2u);
+  EXPECT_EQ(seam.prompts[1].message, "Restoring all your " + env.editionName +
+                                         " system icons will return them to Microsoft setup defaults.\n\n"
+                                         "Are you sure you want to continue?");
+  EXPECT_EQ(m->CurrentTab(), kTabOthers);
+  EXPECT_EQ(m->List(kTabFolders)->ListIndex(), 2);
+  EXPECT_EQ(ui::GetText(m->hwnd()), "Vexillor");
+  EXPECT_TRUE(m->applyEnabled());
+  EXPECT_TRUE(m->flags.rebuildCachePending);
+  EXPECT_EQ(m->List(kTabFolders)->ItemFullPath(kClosedFolderKey), env.systemFolder + "\\shell32.dll,3");
+  EXPECT_EQ(modRegistry::GetString(kShellIconsKey, "3"), "C:\\x.dll,5");  // pending until Apply
+  // "Zip File" has no default and keeps its icon; the pointers are not touched.
+  const std::string zip = m->List(kTabSystem)->ItemFullPath("Zip File");
+  m->List(kTabPointers)->Change("Normal Select", "C:\\x.cur", 0);
+  seam.promptAnswers.push_back({1, false});
+  m->OnCommand(IDM_TOOLS_RESTORE_ICONS);
+  EXPECT_EQ(m->List(kTabSystem)->ItemFullPath("Zip File"), zip);
+  EXPECT_EQ(m->List(kTabPointers)->ItemFullPath("Normal Select"), "C:\\x.cur,0");
+
+  // Restore all Pointers sets no rebuild of its own.
+  m->flags.rebuildCachePending = false;
+  seam.promptAnswers.push_back({1, false});
+  m->OnCommand(IDM_TOOLS_RESTORE_POINTERS);
+  EXPECT_FALSE(m->flags.rebuildCachePending);
+  EXPECT_EQ(m->List(kTabPointers)->ItemFullPathmouse("Normal Select"), "");
+  EXPECT_EQ(m->CurrentTab(), kTabOthers);
+  m->flags.restartLater = false;
+  seam.promptAnswers.push_back({1, false});
+  SendMessageA(m->hwnd(), WM_CLOSE, 0, 0);
+}
+
+}  // namespace

@@ -1,0 +1,387 @@
+// The settings model without a window: what the fill reads from the real registry, what Restore all
+// Settings gives each setting, what a toggle asks and sets, and the settings stage of Apply as steps and
+// as real writes that its undo record takes back.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+
+#include "apply/Executor.h"
+#include "settings/Settings.h"
+#include "settings/SettingsFixture.h"
+#include "support/ScriptedSeam.h"
+
+namespace {
+
+using namespace vx;
+
+constexpr const char* kRootExplore = "HKEY_CLASSES_ROOT\\Folder\\Shell\\RootExplore";
+constexpr const char* kVerbVX = "HKEY_CLASSES_ROOT\\CLSID\\{20D04FE0-3AEA-1069-A2D8-08002B30309D}\\Shell\\VX";
+
+Environment Env(const char* edition, bool desktopUpdate) {
+  return MakeEnvironment(edition, "C:\\windows", "C:\\windows\\system32", desktopUpdate ? "4.72.3110.0" : "4.70",
+                         true, "C:\\Program Files\\Vexillor\\Vexillor.exe");
+}
+
+const ScreenInfo kScreen{32, 800, 600};
+
+class Settings : public ::testing::Test {
+ protected:
+  vxtest::SettingsScope scope;
+  vxtest::ScriptedSeam seam;
+  vxtest::SeamScope seamScope{seam};
+};
+
+void Raw(const std::string& key, const std::string& value, DWORD type, const std::string& bytes) {
+  vxtest::WriteRaw(key, value, type, bytes);
+}
+void Dword(const std::string& key, const std::string& value, DWORD n) {
+  Raw(key, value, REG_DWORD, std::string(reinterpret_cast<const char*>(&n), 4));
+}
+
+TEST_F(Settings, EveryReadRuleAsWritten) {
+  const Environment env = Env("Win98", true);
+  const std::string one("\1\0\0\0", 4), zero(4, '\0');
+  struct Case {
+    const char* what;
+    std::function<void()> setup;
+    const char* key;
+    int image;
+  } cases[] = {
+      {"Beep NO", [] { modRegistry::SaveString(kSoundKey, "Beep", "NO"); }, "Beep On Errors", kImageOff},
+      {"Beep missing", [] { modRegistry::DeleteValue(kSoundKey, "Beep"); }, "Beep On Errors", kImageOn},
+      {"blink 65535", [] { modRegistry::SaveString(kDesktopKey, "CursorBlinkRate", "65535"); }, "Non-blinking Cursor", kImageOn},
+      {"smooth 1", [] { Dword(kDesktopKey, "SmoothScroll", 1); }, "Smooth Scrolling", kImageOn},
+      {"smooth missing", [] { modRegistry::DeleteValue(kDesktopKey, "SmoothScroll"); }, "Smooth Scrolling", kImageOff},
+      {"animation missing", [] { modRegistry::DeleteValue(kWindowMetricsKey, "MinAnimate"); }, "Window Animation", kImageOn},
+      {"animation 0", [] { modRegistry::SaveString(kWindowMetricsKey, "MinAnimate", "0"); }, "Window Animation", kImageOff},
+      {"favorites one", [&] { Raw(kPoliciesKey, "NoFavoritesMenu", REG_BINARY, one); }, "Remove 'Favorites' from Start Menu", kImageOn},
+      {"log off zero", [&] { Raw(kPoliciesKey, "NoLogOff", REG_BINARY, zero); }, "Remove 'Log Off' Command", kImageOff},
+      {"changes missing", [] { modRegistry::DeleteValue(kPoliciesKey, "NoActiveDesktopChanges"); }, "Allow changes to Active Desktop", kImageOn},
+      {"changes one", [&] { Raw(kPoliciesKey, "NoActiveDesktopChanges", REG_BINARY, one); }, "Allow changes to Active Desktop", kImageOn},
+      {"changes zero", [&] { Raw(kPoliciesKey, "NoActiveDesktopChanges", REG_BINARY, zero); }, "Allow changes to Active Desktop", kImageOff},
+      {"save missing", [] { modRegistry::DeleteValue(kPoliciesKey, "NoSaveSettings"); }, "Save Settings on Exit", kImageOff},
+      {"save zero", [&] { Raw(kPoliciesKey, "NoSaveSettings", REG_BINARY, zero); }, "Save Settings on Exit", kImageOn},
+      {"link missing", [] { modRegistry::DeleteValue(kExplorerKey, "link"); }, "\"Shortcut to\" Prefix on New Shortcuts", kImageOn},
+      {"link zero", [&] { Raw(kExplorerKey, "link", REG_BINARY, zero); }, "\"Shortcut to\" Prefix on New Shortcuts", kImageOff},
+      {"explore empty", [] { modRegistry::SaveString(std::string(kRootExplore) + "\\Command", "", ""); }, "Explore From Here", kImageOn},
+      {"explore other", [] { modRegistry::SaveString(std::string(kRootExplore) + "\\Command", "", "x.exe"); }, "Explore From Here", kImageOff},
+      {"explore gone", [] { vxtest::DeleteTree(kRootExplore); }, "Explore From Here", kImageOff},
+      {"notepad", [] { modRegistry::SaveString("HKEY_CLASSES_ROOT\\*\\Shell\\Notepad\\Command", "", "NOTEPAD.EXE \"%1\""); }, "Note Pad", kImageOn},
+      {"notepad case", [] { modRegistry::SaveString("HKEY_CLASSES_ROOT\\*\\Shell\\Notepad\\Command", "", "notepad.exe \"%1\""); }, "Note Pad", kImageOff},
+      {"nethood 1", [] { Dword(kPoliciesKey, "NoNetHood", 1); }, "Hide Network Neighborhood", kImageOff},
+      {"nethood 999", [] { Dword(kPoliciesKey, "NoNetHood", 999); }, "Hide Network Neighborhood", kImageOn},
+      {"all drives", [] { Dword(kPoliciesKey, "NoDrives", 0x3FFFFFF); }, "Hide Drives in 'My Computer'", kImageOn},
+      {"some drives", [] { Dword(kPoliciesKey, "NoDrives", 4); }, "Hide Drives in 'My Computer'", kImageOff},
+      {"tab missing", [] { modRegistry::DeleteValue(kSettingsKey, "Active Tab"); }, "Restore Active Tab", kImageOn},
+      {"tab 0", [] { Dword(kSettingsKey, "Active Tab", 0); }, "Restore Active Tab", kImageOff},
+      {"our verb", [&] { modRegistry::SaveString(std::string(kVerbVX) + "\\Command", "", "c:\\program files\\VEXILLOR\\vexillor.EXE"); },
+       "Add Vexillor to My Computer context menu", kImageOn},
+      {"folder there", [&] { CreateDirectoryA(scope.Cascade("Printers.{2227A280-3AEA-1069-A2DE-08002B30309D}").c_str(), nullptr); },
+       "Printers.{2227A280-3AEA-1069-A2DE-08002B30309D}", kImageOn},
+      {"folder absent", [] {}, "Control Panel.{21EC2020-3AEA-1069-A2DD-08002B30309D}", kImageOff},
+  };
+  for (const Case& c : cases) {
+    c.setup();
+    const SettingsModel model = ReadSettings(env, kScreen);
+    EXPECT_EQ(model.Image(c.key), c.image) << c.what;
+  }
+}
+
+TEST_F(Settings, NumericTextsAndTheDelayUntilClicked) {
+  const Environment env = Env("Win95", false);
+  struct Case {
+    const char* stored;  // nullptr: missing
+    const char* width;
+    const char* delay;
+    bool clicked;
+  } cases[] = {
+      {nullptr, "4", "400", false},  {"", "4", "400", false},         {"abc", "abc", "abc", false},
+      {"250", "250", "250", false},  {"65535", "65535", "400", true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.stored ? c.stored : "missing");
+    for (const char* v : {"DoubleClickWidth", "MenuShowDelay"}) {
+      if (c.stored)
+        modRegistry::SaveString(kDesktopKey, v, c.stored);
+      else
+        modRegistry::DeleteValue(kDesktopKey, v);
+    }
+    const SettingsModel m = ReadSettings(env, kScreen);
+    EXPECT_EQ(m.Value("Double Click Width"), c.width);
+    EXPECT_EQ(m.Value(kMenuShowDelayKey), c.delay);
+    EXPECT_EQ(m.IsOn(kDelayUntilClickedKey), c.clicked);
+    EXPECT_EQ(m.Image(kMenuShowDelayKey), c.clicked ? kImageNumberOverridden : kImageNumber);
+  }
+}
+
+// Each edition's whole tree is checked in its own process (SettingsEditionTest); here the Plus! rule.
+TEST_F(Settings, PlusSettingsNeedPlusOrWindowsNT) {
+  struct Case {
+    const char* edition;
+    bool plus;  // COOL.DLL present
+    bool available;
+  } cases[] = {{"Win95", false, false}, {"Win95", true, true}, {"Win98", false, false}, {"WinNT", false, true}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.edition) + (c.plus ? " with Plus!" : ""));
+    modRegistry::DeleteValue(kPlusSetupKey, "COOL.DLL");
+    if (c.plus) modRegistry::SaveString(kPlusSetupKey, "COOL.DLL", "1");
+    modRegistry::SaveString(kDesktopKey, "DragFullWindows", "1");
+    SettingsModel m = ReadSettings(Env(c.edition, false), kScreen);
+    for (const char* k : {"Font Smoothing", "Full Window Dragging", "Stretch Desktop Wallpaper"})
+      EXPECT_EQ(m.Image(k) == kImageUnavailable, !c.available) << k;
+    // Restore all Settings leaves an unavailable setting unavailable.
+    m.SetImage("Full Window Dragging", c.available ? kImageOff : kImageUnavailable);
+    RestoreSettings(m);
+    EXPECT_EQ(m.Image("Full Window Dragging"), c.available ? kImageOn : kImageUnavailable);
+  }
+}
+
+TEST_F(Settings, RestoreGivesTheSetupDefaultsAndLeavesTheDelayAndFoldersAlone) {
+  const Environment env = Env("Win98", true);
+  modRegistry::DeleteValue(kPlusSetupKey, "COOL.DLL");
+  modRegistry::SaveString(kDesktopKey, "MenuShowDelay", "65535");
+  CreateDirectoryA(scope.Cascade("Url History.{FF393560-C2A7-11CF-BFF4-444553540000}").c_str(), nullptr);
+  SettingsModel m = ReadSettings(env, kScreen);
+  for (SystemSetting& n : m.nodes)
+    if (n.image == kImageOn || n.image == kImageOff) n.image = n.image == kImageOn ? kImageOff : kImageOn;
+  for (auto& [key, text] : m.values) text = "17";
+  const bool clicked = m.IsOn(kDelayUntilClickedKey);
+  const int url = m.Image("Url History.{FF393560-C2A7-11CF-BFF4-444553540000}");
+  RestoreSettings(m);
+  for (const SystemSetting& n : m.nodes)
+    if (n.row->kind == NodeKind::Switch && n.row->restoreImage) {
+      // Without Plus! (none here) its three settings stay unavailable.
+      EXPECT_EQ(n.image, n.row->needs == Needs::Plus ? kImageUnavailable : n.row->restoreImage) << n.key;
+    }
+  EXPECT_EQ(m.IsOn(kDelayUntilClickedKey), clicked);
+  EXPECT_EQ(m.Image("Url History.{FF393560-C2A7-11CF-BFF4-444553540000}"), url);
+  const std::map<std::string, std::string> restored = {
+      {"Double Click Width", "4"}, {"Double Click Height", "4"}, {"Double Click Speed", "500"},
+      {"Drag Width", "2"},         {"Drag Height", "2"},         {kMenuShowDelayKey, "400"},
+      {"Wallpaper Horizontal Origin", "0"}, {"Wallpaper Vertical Origin", "0"}};
+  EXPECT_EQ(m.values, restored);
+  EXPECT_EQ(m.Image(kMenuShowDelayKey), clicked ? kImageNumberOverridden : kImageNumber);
+}
+
+// Lines of the plan that mention a text, for checking a setting's steps.
+std::vector<std::string> Lines(const Plan& plan, const std::string& part) {
+  std::vector<std::string> out;
+  for (const std::string& l : Describe(plan))
+    if (l.find(part) != std::string::npos) out.push_back(l);
+  return out;
+}
+
+TEST_F(Settings, TheStageWritesEachRuleInItsOrder) {
+  SettingsModel m = ReadSettings(Env("Win98", true), kScreen);
+  RestoreSettings(m);
+  const Plan restored = BuildSettingsPlan(m, Env("Win98", true), 4);
+  const std::vector<std::string> lines = Describe(restored);
+  ASSERT_GE(lines.size(), 10u);
+  EXPECT_EQ(lines[0], "set string \"HKEY_CURRENT_USER\\Control Panel\\Sound\" \"Beep\" = \"Yes\"");
+  EXPECT_EQ(lines[1], "system parameter 2 1 null 0");
+  EXPECT_EQ(lines[2], "set string \"HKEY_CURRENT_USER\\Control Panel\\desktop\" \"CursorBlinkRate\" = \"500\"");
+  EXPECT_EQ(lines[3], "set dword \"HKEY_CURRENT_USER\\Control Panel\\desktop\" \"SmoothScroll\" = 0");
+  EXPECT_EQ(lines[5].rfind("system parameter 73 ", 0), 0u);
+  // The numbers in their write order: height before width, then the delay, skippable from there on.
+  std::vector<std::string> order;
+  for (const Step& s : restored)
+    if (s.kind == StepKind::SetString && s.key == kDesktopKey) order.push_back(s.value);
+  const std::vector<std::string> expected = {"CursorBlinkRate", "DoubleClickHeight", "DoubleClickWidth", "DragHeight",
+                                             "DragWidth", "FontSmoothing", "DragFullWindows", "WallpaperStyle",
+                                             "MenuShowDelay", "WallpaperOriginX", "WallpaperOriginY"};
+  EXPECT_EQ(order, expected);
+  const auto delay = std::find_if(restored.begin(), restored.end(), [](const Step& s) { return s.value == "MenuShowDelay"; });
+  ASSERT_NE(delay, restored.end());
+  EXPECT_TRUE(std::none_of(restored.begin(), delay, [](const Step& s) { return s.skipOnError; }));
+  EXPECT_TRUE(std::all_of(delay, restored.end(), [](const Step& s) { return s.skipOnError; }));
+  EXPECT_EQ(Lines(restored, "\"Active Tab\""), (std::vector<std::string>{"set dword \"HKEY_CURRENT_USER\\Software\\Quenby\\Vexillor\\Settings\" \"Active Tab\" = 4"}));
+  EXPECT_EQ(Lines(restored, "NoLogoff").size(), 1u);  // written with its own spelling
+
+  struct Case {
+    const char* edition;
+    const char* key;
+    int image;
+    const char* part;
+    std::vector<std::string> want;
+  } cases[] = {
+      {"Win98", "Font Smoothing", kImageOn, "FontSmoothing",
+       {"set string \"HKEY_CURRENT_USER\\Control Panel\\desktop\" \"FontSmoothing\" = \"1\""}},
+      {"Win98", "Explore From Here", kImageOff, "RootExplore",
+       {"delete key \"HKEY_CLASSES_ROOT\\Folder\\Shell\\RootExplore\" \"Command\"",
+        "delete key \"HKEY_CLASSES_ROOT\\Folder\\Shell\" \"RootExplore\""}},
+      {"Win98", "Explore From Here", kImageOn, "RootExplore",
+       {"set string \"HKEY_CLASSES_ROOT\\Folder\\Shell\\RootExplore\\Command\" \"\" = \"EXPLORER.EXE /E,/Root,/IDList,%I\"",
+        "set string \"HKEY_CLASSES_ROOT\\Folder\\Shell\\RootExplore\" \"\" = \"E&xplore From Here\""}},
+      {"Win98", "Quick View", kImageOff, "QuickView", {"delete key \"HKEY_CLASSES_ROOT\\*\" \"QuickView\""}},
+      {"Win98", "Add Vexillor to My Computer context menu", kImageOff, "VX",
+       {"delete key \"" + std::string(kVerbVX) + "\" \"Command\"",
+        "delete key \"HKEY_CLASSES_ROOT\\CLSID\\{20D04FE0-3AEA-1069-A2D8-08002B30309D}\\Shell\" \"VX\""}},
+      {"Win98", "Allow changes to Active Desktop", kImageOn, "NoActiveDesktopChanges",
+       {"set binary \"HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Policies\\Explorer\" \"NoActiveDesktopChanges\" = 00 00 00 00"}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.key) + (c.image == kImageOn ? " on" : " off"));
+    const Environment env = Env(c.edition, true);
+    SettingsModel model = ReadSettings(env, kScreen);
+    model.SetImage(c.key, c.image);
+    model.values[kMenuShowDelayKey] = "123";
+    EXPECT_EQ(Lines(BuildSettingsPlan(model, env, 2), c.part), c.want);
+  }
+  // Without the desktop update its policies are not written at all.
+  SettingsModel plain = ReadSettings(Env("Win95", false), kScreen);
+  EXPECT_TRUE(Lines(BuildSettingsPlan(plain, Env("Win95", false), 2), "NoFavoritesMenu").empty());
+}
+
+TEST_F(Settings, TheStageWritesForRealAndItsUndoPutsEverythingBack) {
+  const Environment env = Env("Win98", true);
+  const int swapped = GetSystemMetrics(SM_SWAPBUTTON);
+  vxtest::DeleteTree(kRootExplore);
+  modRegistry::SaveString(kDesktopKey, "DoubleClickWidth", "9");
+  SettingsModel m = ReadSettings(env, kScreen);
+  RestoreSettings(m);
+  m.SetImage("Swap Mouse Buttons", swapped ? kImageOff : kImageOn);
+  m.SetImage("Explore From Here", kImageOn);
+  const std::string panel = "Control Panel.{21EC2020-3AEA-1069-A2DD-08002B30309D}";
+  m.SetImage(panel, kImageOn);
+  const ApplyResult result = Execute(BuildSettingsPlan(m, env, 3));
+  EXPECT_TRUE(result.ok()) << (result.failures.empty() ? "" : Describe(result.failures[0].step));
+  EXPECT_EQ(modRegistry::GetString(kDesktopKey, "DoubleClickWidth"), "4");
+  EXPECT_EQ(modRegistry::GetString(kMouseKey, "DoubleClickSpeed"), "500");
+  EXPECT_EQ(modRegistry::GetString(kDesktopKey, "MenuShowDelay"), "400");
+  EXPECT_EQ(modRegistry::GetBinary(kPoliciesKey, "NoSaveSettings"), std::string(4, '\0'));
+  EXPECT_EQ(modRegistry::GetString(std::string(kRootExplore) + "\\Command", ""), "EXPLORER.EXE /E,/Root,/IDList,%I");
+  EXPECT_NE(GetSystemMetrics(SM_SWAPBUTTON), swapped);
+  EXPECT_EQ(GetSystemMetrics(SM_CXDOUBLECLK), 4);
+  EXPECT_NE(GetFileAttributesA(scope.Cascade(panel).c_str()), INVALID_FILE_ATTRIBUTES);
+  EXPECT_TRUE(scope.errors.empty());
+
+  // Turned off again: the verb goes with its Command subkey, the folder goes.
+  m.SetImage("Explore From Here", kImageOff);
+  m.SetImage(panel, kImageOff);
+  const ApplyResult off = Execute(BuildSettingsPlan(m, env, 3));
+  EXPECT_FALSE(vxtest::KeyExists(kRootExplore));
+  EXPECT_EQ(GetFileAttributesA(scope.Cascade(panel).c_str()), INVALID_FILE_ATTRIBUTES);
+
+  vx::Run(off.undo.plan);
+  vx::Run(result.undo.plan);
+  EXPECT_EQ(modRegistry::GetString(kDesktopKey, "DoubleClickWidth"), "9");
+  EXPECT_FALSE(vxtest::KeyExists(kRootExplore));
+  EXPECT_EQ(GetSystemMetrics(SM_SWAPBUTTON), swapped);
+  EXPECT_EQ(GetFileAttributesA(scope.Cascade(panel).c_str()), INVALID_FILE_ATTRIBUTES);
+
+  // Without the policies key the byte writes report "Error" and write nothing.
+  vxtest::DeleteTree(kPoliciesKey);
+  const ApplyResult missing = Execute(BuildSettingsPlan(m, env, 3));
+  EXPECT_FALSE(scope.errors.empty());
+  EXPECT_FALSE(missing.ok());
+  vx::Run(missing.undo.plan);
+}
+
+TEST_F(Settings, TogglesWarnBeforeTheRiskyOnesAndSetTheFlags) {
+  struct Case {
+    const char* key;
+    const char* edition;
+    int bitsPerPixel;
+    std::vector<int> answers;
+    bool changes;
+    size_t prompts;
+    bool rebuild, restart;
+  } cases[] = {
+      {kNotepadKey, "Win98", 32, {0}, false, 1, false, false},
+      {kNotepadKey, "Win98", 32, {1}, true, 1, false, false},
+      {kHideNetworkKey, "Win98", 32, {1}, false, 1, false, false},
+      {kHideNetworkKey, "Win98", 32, {0}, true, 1, false, true},
+      {kHideNetworkKey, "Win98", 32, {2}, true, 1, false, true},
+      {kDisableDesktopKey, "Win98", 32, {0}, false, 1, false, false},
+      {kDisableDesktopKey, "Win98", 32, {1}, true, 1, false, true},
+      {kAllColoursKey, "Win98", 16, {}, true, 0, false, true},
+      {kAllColoursKey, "Win98", 8, {0}, true, 1, false, true},
+      {"Remove 'Run' Command", "Win98", 32, {}, true, 0, true, false},
+      {"Remove 'Run' Command", "WinNT", 32, {}, true, 0, true, true},
+      {"Large Icons", "WinNT", 32, {}, true, 0, true, false},
+      {"\"Shortcut to\" Prefix on New Shortcuts", "Win98", 32, {}, true, 0, false, true},
+      {"Font Smoothing", "Win95", 32, {}, false, 0, false, false},  // unavailable without Plus!
+      {"General", "Win98", 32, {}, false, 0, false, false},
+      {kMenuShowDelayKey, "Win98", 32, {}, false, 0, false, false},
+  };
+  modRegistry::DeleteValue(kPlusSetupKey, "COOL.DLL");
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.key) + " " + c.edition);
+    const Environment env = Env(c.edition, false);
+    SettingsModel m = ReadSettings(env, ScreenInfo{c.bitsPerPixel, 800, 600});
+    if (m.Find(c.key)->row->kind == NodeKind::Switch && m.Image(c.key) != kImageUnavailable)
+      m.SetImage(c.key, kImageOff);
+    seam.prompts.clear();
+    seam.helpCalls.clear();
+    for (int a : c.answers) seam.promptAnswers.push_back({a, false});
+    RunFlags flags;
+    const int before = m.Image(c.key);
+    EXPECT_EQ(ToggleSetting(m, c.key, env, flags), c.changes);
+    EXPECT_EQ(m.Image(c.key), c.changes ? kImageOn : before);
+    EXPECT_EQ(seam.prompts.size(), c.prompts);
+    EXPECT_EQ(flags.rebuildCachePending, c.rebuild);
+    EXPECT_EQ(flags.restartNeeded, c.restart);
+    seam.promptAnswers.clear();
+    // Turning it off again asks nothing.
+    if (c.changes) {
+      seam.prompts.clear();
+      EXPECT_TRUE(ToggleSetting(m, c.key, env, flags));
+      EXPECT_EQ(m.Image(c.key), kImageOff);
+      EXPECT_TRUE(seam.prompts.empty());
+    }
+  }
+  // The network warning's "&Help" shows the setting's pop-up help and goes ahead.
+  {
+    const Environment env = Env("Win98", false);
+    SettingsModel m = ReadSettings(env, kScreen);
+    m.SetImage(kHideNetworkKey, kImageOff);
+    seam.helpCalls.clear();
+    seam.promptAnswers.push_back({0, false});
+    RunFlags flags;
+    EXPECT_TRUE(ToggleSetting(m, kHideNetworkKey, env, flags));
+    ASSERT_EQ(seam.helpCalls.size(), 1u);
+    EXPECT_EQ(seam.helpCalls[0].keyword, "46");
+    EXPECT_EQ(seam.prompts.back().buttons, (std::array<std::string, 3>{"&Help", "Cancel", "OK"}));
+  }
+  // "Delay Until Clicked" overrides the delay and gives it back.
+  const Environment env = Env("Win98", false);
+  SettingsModel m = ReadSettings(env, kScreen);
+  m.SetImage(kDelayUntilClickedKey, kImageOff);
+  RunFlags flags;
+  ToggleSetting(m, kDelayUntilClickedKey, env, flags);
+  EXPECT_EQ(m.Image(kMenuShowDelayKey), kImageNumberOverridden);
+  ToggleSetting(m, kDelayUntilClickedKey, env, flags);
+  EXPECT_EQ(m.Image(kMenuShowDelayKey), kImageNumber);
+}
+
+TEST_F(Settings, BoundsTypedNumbersAndHelpNumbers) {
+  SettingsModel m = ReadSettings(Env("Win98", false), ScreenInfo{32, 1024, 768});
+  struct Case {
+    const char* key;
+    int in, out;
+    bool beep;
+  } cases[] = {
+      {"Double Click Width", 33, 32, true}, {"Double Click Width", 0, 1, false}, {"Drag Height", 32, 32, false},
+      {"Double Click Speed", 901, 900, true}, {"Double Click Speed", 900, 900, false},
+      {kMenuShowDelayKey, 10000, 9999, true}, {"Wallpaper Horizontal Origin", 1025, 1024, true},
+      {"Wallpaper Vertical Origin", 769, 768, true}, {"Wallpaper Vertical Origin", 0, 0, false},
+  };
+  for (const Case& c : cases) {
+    const Bounded b = BoundValue(m, c.key, c.in);
+    EXPECT_EQ(b.value, c.out) << c.key << " " << c.in;
+    EXPECT_EQ(b.beep, c.beep) << c.key << " " << c.in;
+  }
+  EXPECT_EQ(TypedNumber("40"), 40);
+  EXPECT_EQ(TypedNumber(" -5 "), -5);
+  EXPECT_EQ(TypedNumber("4x"), std::nullopt);
+  EXPECT_EQ(TypedNumber("abc"), std::nullopt);
+  EXPECT_EQ(TypedNumber("99999999999"), std::nullopt);
+  const std::pair<const char*, int> help[] = {{"Beep On Errors", 23}, {"Drag", 42}, {"Drag Width", 42},
+                                              {"Wallpaper", 58},      {"Wallpaper Vertical Origin", 58},
+                                              {"Display Splash Screen", 60}, {"Double Click", 0}, {"General", 0},
+                                              {"Restore Window Position", 62}, {"Delay Until Clicked", 57}};
+  for (const auto& [key, n] : help) EXPECT_EQ(HelpNumber(key), n) << key;
+}
+
+}  // namespace
