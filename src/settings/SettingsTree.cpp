@@ -50,7 +50,7 @@ void SettingsTree::Fill(const ScreenInfo& screen) {
   // setting on a system without the desktop update) selects nothing.
   const std::string selected = modRegistry::GetString(kSettingsKey, "Selected");
   if (selected != modRegistry::kError) SelectKey(selected);
-  page_.AddTrackSelect();
+  page_.Filled();
   host_.flags->treeFilled = true;
 }
 

@@ -40,7 +40,6 @@ bool SettingsPage::Create(HWND parent, int id, HFONT font) {
   unit_ = Child("STATIC", 0, SS_LEFT, hwnd(), IDC_SETTINGS_UNIT, font);
   if (!tree_ || !frame_ || !text_ || !scroll_ || !unit_) return false;
   SetWindowSubclass(text_, &SettingsPage::TextProc, kTextSubclass, reinterpret_cast<DWORD_PTR>(this));
-  SetWindowSubclass(tree_, &SettingsPage::TreeProc, kTreeSubclass, reinterpret_cast<DWORD_PTR>(this));
   SCROLLINFO si{sizeof si, SIF_RANGE | SIF_PAGE | SIF_POS, 0, kScrollMax, 0, kScrollMax, 0};
   SetScrollInfo(scroll_, SB_CTL, &si, FALSE);
   images_.reset(ImageList_LoadImageA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDB_TREE), 16, 0, ART_MASK_COLOUR,
@@ -136,8 +135,10 @@ void SettingsPage::ExpandAll(bool expand) {
   if (HTREEITEM sel = Selected()) TreeView_EnsureVisible(tree_, sel);
 }
 
-void SettingsPage::AddTrackSelect() {
+void SettingsPage::Filled() {
   SetWindowLongPtrA(tree_, GWL_STYLE, GetWindowLongPtrA(tree_, GWL_STYLE) | TVS_TRACKSELECT);
+  // Only now: a subclassed tree pays a property lookup for every message, each insert of the fill too.
+  SetWindowSubclass(tree_, &SettingsPage::TreeProc, kTreeSubclass, reinterpret_cast<DWORD_PTR>(this));
 }
 
 // --- numeric editor --------------------------------------------------------------------------------

@@ -48,7 +48,9 @@ class SettingsPage : public Window {
   bool HasChildren(HTREEITEM item) const;
   void Expand(HTREEITEM item, bool expand);
   void ExpandAll(bool expand);
-  void AddTrackSelect();  // the item under the pointer is highlighted
+  // The nodes are all in: the item under the pointer is highlighted from now on (track-select), and
+  // Shift+F10 opens the menu.
+  void Filled();
 
   // The numeric editor.
   void ShowEditor(bool show, const std::string& caption);
