@@ -144,16 +144,9 @@ struct ListBoxIcons::Impl {
    protected:
     LRESULT HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override {
       switch (msg) {
-        case WM_PAINT: {
-          PaintScope ps(hwnd());
-          impl_.Blit(ps.dc(), ps.rect());
-          return 0;
-        }
-        case WM_PRINTCLIENT: {
-          RECT all{0, 0, impl_.surfW, impl_.surfH};
-          impl_.Blit(reinterpret_cast<HDC>(wp), all);
-          return 0;
-        }
+        case WM_PAINT:
+        case WM_PRINTCLIENT:
+          return impl_.buffer.Paint(hwnd(), msg, wp);
         case WM_ERASEBKGND:
           return 1;
         case WM_GETDLGCODE:
@@ -202,7 +195,6 @@ struct ListBoxIcons::Impl {
   ~Impl() {
     surface.Destroy();
     container.Destroy();
-    if (bufferDc && oldBitmap) SelectObject(bufferDc.get(), oldBitmap);
   }
 
   ListBoxIcons& owner;
@@ -224,9 +216,7 @@ struct ListBoxIcons::Impl {
   int scrollWidth = 17;
 
   // lstMain's picture, kept so that WM_PAINT can show rows drawn one at a time long before.
-  MemDc bufferDc;
-  BitmapHandle buffer;
-  HGDIOBJ oldBitmap = nullptr;
+  BackBuffer buffer;
   int surfW = 0, surfH = kEmptyHeight;
 
   int scrollValue = 0, scrollMax = 0;
@@ -264,32 +254,6 @@ struct ListBoxIcons::Impl {
     return r.bottom - r.top;
   }
 
-  // --- back buffer ---------------------------------------------------------------------------------
-
-  // Gives the buffer a new size, keeping what was drawn (the rows stay where they were).
-  void ResizeBuffer(int w, int h) {
-    if (w < 1) w = 1;
-    if (h < 1) h = 1;
-    WindowDc screen(nullptr);
-    MemDc dc(CreateCompatibleDC(screen.get()));
-    BitmapHandle bmp(CreateCompatibleBitmap(screen.get(), w, h));
-    if (!dc || !bmp) return;
-    HGDIOBJ old = SelectObject(dc.get(), bmp.get());
-    Band(dc.get(), 0, 0, w, h, GetSysColor(COLOR_WINDOW));
-    if (bufferDc) {
-      BitBlt(dc.get(), 0, 0, surfW, surfH, bufferDc.get(), 0, 0, SRCCOPY);
-      SelectObject(bufferDc.get(), oldBitmap);
-    }
-    bufferDc = std::move(dc);
-    buffer = std::move(bmp);
-    oldBitmap = old;
-  }
-
-  void Blit(HDC dc, const RECT& r) const {
-    if (!bufferDc) return;
-    BitBlt(dc, r.left, r.top, r.right - r.left, r.bottom - r.top, bufferDc.get(), r.left, r.top, SRCCOPY);
-  }
-
   void Repaint() {
     if (surface.hwnd()) InvalidateRect(surface.hwnd(), nullptr, FALSE);
   }
@@ -297,15 +261,15 @@ struct ListBoxIcons::Impl {
   // --- drawing -------------------------------------------------------------------------------------
 
   int TextWidth(const std::string& text) const {
-    if (!bufferDc) return 0;
-    SelectScope f(bufferDc.get(), font.get());
+    if (!buffer) return 0;
+    SelectScope f(buffer.dc(), font.get());
     SIZE size{};
-    GetTextExtentPoint32A(bufferDc.get(), text.c_str(), static_cast<int>(text.size()), &size);
+    GetTextExtentPoint32A(buffer.dc(), text.c_str(), static_cast<int>(text.size()), &size);
     return size.cx;
   }
 
   void DrawCaption(std::string text, int row, size_t keep, COLORREF color) {
-    HDC dc = bufferDc.get();
+    HDC dc = buffer.dc();
     if (TextWidth(text) > surfW - kTooWideMargin) text = text.substr(0, keep) + " ...";
     const double width = TextWidth(text);
     // Rounded to the nearest integer, halves to even.
@@ -325,7 +289,7 @@ struct ListBoxIcons::Impl {
     if (index == -1 || path.empty()) return;
     HICON icon = ExtractIconA(Instance(), path.c_str(), static_cast<UINT>(index));
     if (reinterpret_cast<UINT_PTR>(icon) <= 1) return;
-    DrawIcon(bufferDc.get(), kIconLeft, y, icon);
+    DrawIcon(buffer.dc(), kIconLeft, y, icon);
     DestroyIcon(icon);
   }
 
@@ -337,7 +301,7 @@ struct ListBoxIcons::Impl {
       HCURSOR cursor = static_cast<HCURSOR>(
           LoadImageA(nullptr, item.iconPath.c_str(), IMAGE_CURSOR, 0, 0, LR_LOADFROMFILE));
       if (!cursor) return;
-      DrawIcon(bufferDc.get(), kIconLeft, y, cursor);
+      DrawIcon(buffer.dc(), kIconLeft, y, cursor);
       DestroyCursor(cursor);
       return;
     }
@@ -345,11 +309,11 @@ struct ListBoxIcons::Impl {
   }
 
   void DrawRowNormal(int row) {
-    if (!bufferDc) return;
+    if (!buffer) return;
     const Item& item = Slot(row);
     const int top = row * kRow;
     // Covers the row and the first line below it, where an old highlight's band ended.
-    Band(bufferDc.get(), 0, top, surfW, top + kRow + 1, GetSysColor(COLOR_WINDOW));
+    Band(buffer.dc(), 0, top, surfW, top + kRow + 1, GetSysColor(COLOR_WINDOW));
     DrawRowIcon(item, top + kIconTop, false);
     DrawCaption(item.caption, row, kCutWhenRedrawn, GetSysColor(COLOR_WINDOWTEXT));
   }
@@ -361,7 +325,7 @@ struct ListBoxIcons::Impl {
   }
 
   void DrawHighlight() {
-    HDC dc = bufferDc.get();
+    HDC dc = buffer.dc();
     Band(dc, sel.left, sel.top, sel.right, sel.bottom, GetSysColor(COLOR_HIGHLIGHT));
     DrawFocusRect(dc, &sel);
     DrawRowSelected(SelectedRow());
@@ -372,7 +336,7 @@ struct ListBoxIcons::Impl {
 
   // A press at y of lstMain: every selection, by mouse, keys or code, comes through here.
   void PressAt(int y) {
-    if (y < 0 || y >= surfH || !bufferDc) return;
+    if (y < 0 || y >= surfH || !buffer) return;
     DrawRowNormal(SelectedRow());
     sel.left = 0;
     sel.top = y / kRow * kRow;
@@ -501,7 +465,7 @@ struct ListBoxIcons::Impl {
 
   void SetSurfaceSize(int w, int h) {
     const bool widthChanged = w != surfW;
-    ResizeBuffer(w, h);
+    buffer.Resize(std::max(1, w), std::max(1, h), true);
     surfW = w;
     surfH = h;
     if (surface.hwnd())
@@ -560,7 +524,7 @@ struct ListBoxIcons::Impl {
                              scrollWidth, std::max(0, h - kBorder), container.hwnd(), nullptr, Instance(),
                              nullptr);
     surfW = std::max(1, w - scrollWidth - kListOverlap);
-    ResizeBuffer(surfW, surfH);
+    buffer.Resize(surfW, surfH, true);
     if (!surface.Create(kSurfaceClass, 0, WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_TABSTOP, "", 0, 0, surfW, surfH,
                         container.hwnd(), nullptr, CS_DBLCLKS, nullptr))
       return false;
@@ -598,7 +562,7 @@ void ListBoxIcons::AddItem(const std::string& caption, const std::string& iconPa
   item.iconIndex = iconIndex;
   item.key = key;
   item.listIndex = std::to_string(slot);
-  if (m.bufferDc) {
+  if (m.buffer) {
     // Cursor files get no special case here: a new row is drawn from the file's icon.
     m.DrawExtracted(iconPath, iconIndex, slot * kRow + kIconTop);
     m.DrawCaption(caption, slot, kCutWhenAdded, GetSysColor(COLOR_WINDOWTEXT));
@@ -682,7 +646,7 @@ int ListBoxIcons::ScrollValue() const { return impl_->scrollValue; }
 int ListBoxIcons::ScrollMax() const { return impl_->scrollMax; }
 
 COLORREF ListBoxIcons::Pixel(int x, int y) const {
-  return impl_->bufferDc ? GetPixel(impl_->bufferDc.get(), x, y) : CLR_INVALID;
+  return impl_->buffer.Pixel(x, y);
 }
 
 int ListBoxIcons::CaptionWidth(const std::string& text) const { return impl_->TextWidth(text); }

@@ -6,22 +6,19 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <memory>
 #include <string>
+
+#include "ui/ModalDialog.h"
+#include "ui/win.h"
 
 namespace ui {
 
-class frmChangeIcon {
+class frmChangeIcon : public ModalDialog {
  public:
   static constexpr int kCell = 38;           // cell size in pixels, square
   static constexpr int kIconOffset = 3;      // an icon's offset inside its cell
   static constexpr int kIconsPerColumn = 4;
   static constexpr int kVisibleColumns = 8;  // files of up to 32 icons need no scrolling
-
-  frmChangeIcon();
-  ~frmChangeIcon();
-  frmChangeIcon(const frmChangeIcon&) = delete;
-  frmChangeIcon& operator=(const frmChangeIcon&) = delete;
 
   // The result of the dialog: written by OK only.
   std::string Filename;
@@ -34,7 +31,6 @@ class frmChangeIcon {
   void DisplayIcons();
 
   // Read-only views for the host and the tests (valid while the dialog is open).
-  HWND hwnd() const { return hwnd_; }
   HWND GridWindow() const { return lstMain_; }
   int IconCount() const { return iconCount_; }
   RECT SelectionRect() const { return sel_; }
@@ -46,12 +42,9 @@ class frmChangeIcon {
   int InnerWidth() const;  // the inner width of Container
 
  private:
-  struct BackBuffer;
-
-  static INT_PTR CALLBACK DialogProc(HWND, UINT, WPARAM, LPARAM) noexcept;
   static LRESULT CALLBACK GridProc(HWND, UINT, WPARAM, LPARAM) noexcept;
   static LRESULT CALLBACK FilenameProc(HWND, UINT, WPARAM, LPARAM) noexcept;
-  INT_PTR HandleDialog(UINT msg, WPARAM wp, LPARAM lp);
+  INT_PTR HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override;
   LRESULT HandleGrid(UINT msg, WPARAM wp, LPARAM lp);
 
   void Form_Load();
@@ -75,14 +68,13 @@ class frmChangeIcon {
   void FollowSelection();  // one step of 38 towards the selected column
   void ShowFailure(const std::string& text);
 
-  HWND hwnd_ = nullptr;
   HWND txtFilename_ = nullptr;
   HWND cmdOK_ = nullptr;
   HWND container_ = nullptr;
   HWND lstMain_ = nullptr;
   HWND scroll_ = nullptr;
   WNDPROC editProc_ = nullptr;  // the file box's own procedure, under ours
-  std::unique_ptr<BackBuffer> buffer_;
+  BackBuffer buffer_;  // lstMain's picture
   std::string displayed_;  // the file whose icons the grid shows
   int16_t iconCount_ = 0;
   RECT sel_{0, 0, kCell, kCell};
