@@ -56,16 +56,28 @@ void Band(HDC dc, int left, int top, int right, int bottom, COLORREF color) {
   Rectangle(dc, left, top, right, bottom);
 }
 
-LOGFONTA IconTitleFont() {
+// The captions' font: the face the icon titles use, at the standard icon-title size (8 points), never
+// taller than fits between the caption top and the row's end. Only the face is taken from the system:
+// accessibility settings make icon titles 48 pixels high or more, and a damaged record gives
+// thousands, which would spill over every row (and take the font engine minutes to draw).
+LOGFONTA CaptionFont(const std::string& face) {
   LOGFONTA lf{};
-  if (!SystemParametersInfoA(SPI_GETICONTITLELOGFONT, sizeof lf, &lf, 0)) {
-    WindowDc screen(nullptr);
-    lf.lfHeight = -MulDiv(8, GetDeviceCaps(screen.get(), LOGPIXELSY), 72);
-    lf.lfWeight = FW_NORMAL;
-    lf.lfCharSet = DEFAULT_CHARSET;
-    lstrcpynA(lf.lfFaceName, "MS Sans Serif", LF_FACESIZE);
-  }
+  WindowDc screen(nullptr);
+  const int dpi = GetDeviceCaps(screen.get(), LOGPIXELSY);
+  const int points8 = MulDiv(8, dpi > 0 ? dpi : 96, 72);
+  lf.lfHeight = -std::min(points8, (kRow - kCaptionTop) * 3 / 4);
+  lf.lfWeight = FW_NORMAL;
+  lf.lfCharSet = DEFAULT_CHARSET;
+  lstrcpynA(lf.lfFaceName, face.c_str(), LF_FACESIZE);
   return lf;
+}
+
+// The face name of the system's icon titles, before the stored record is read.
+std::string IconTitleFace() {
+  LOGFONTA lf{};
+  if (!SystemParametersInfoA(SPI_GETICONTITLELOGFONT, sizeof lf, &lf, 0)) return "MS Sans Serif";
+  lf.lfFaceName[LF_FACESIZE - 1] = '\0';
+  return lf.lfFaceName;
 }
 
 }  // namespace
@@ -83,7 +95,7 @@ std::string FaceNameFromFontRecord(const std::string& bytes) {
       break;
     }
   }
-  return name;
+  return name.size() >= 2 ? name : std::string();  // a lone byte at the very end is no name either
 }
 
 std::string SplitIconLocation(std::string& location, int16_t& index) {
@@ -504,8 +516,7 @@ struct ListBoxIcons::Impl {
   // An empty name would leave no font at all: the current one stays.
   void SetFontFace(const std::string& face) {
     if (face.empty()) return;
-    LOGFONTA lf = IconTitleFont();
-    lstrcpynA(lf.lfFaceName, face.c_str(), LF_FACESIZE);
+    LOGFONTA lf = CaptionFont(face);
     FontHandle f(CreateFontIndirectA(&lf));
     if (!f) return;
     font = std::move(f);
@@ -517,9 +528,9 @@ struct ListBoxIcons::Impl {
                           w, h, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), CS_DBLCLKS,
                           reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1)))
       return false;
-    LOGFONTA lf = IconTitleFont();
+    fontName = IconTitleFace();
+    LOGFONTA lf = CaptionFont(fontName);
     font.reset(CreateFontIndirectA(&lf));
-    fontName = lf.lfFaceName;
     scroll = CreateWindowExA(0, "SCROLLBAR", "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | SBS_VERT, 0, 0,
                              scrollWidth, std::max(0, h - kBorder), container.hwnd(), nullptr, Instance(),
                              nullptr);
