@@ -279,8 +279,9 @@ void frmChangeIcon::DisplayIcons() {
     return;
   }
 
-  const int columns = iconCount_ / kIconsPerColumn;
-  ClearGrid(columns * kCell + (iconCount_ % kIconsPerColumn ? kCell : 0));
+  const int columns = iconCount_ / kIconsPerColumn + (iconCount_ % kIconsPerColumn ? 1 : 0);
+  ClearGrid(columns * kCell);
+  columnDrawn_.assign(static_cast<size_t>(columns), false);
   const int inner = InnerWidth();
   if (iconCount_ <= kVisibleColumns * kIconsPerColumn) {
     SetScrollRange(0, 0, false);
@@ -293,19 +294,25 @@ void frmChangeIcon::DisplayIcons() {
     MoveFocusTo(cmdOK_);
   }
 
-  int x = kIconOffset, y = kIconOffset, column = 0;
-  for (int i = 0; i < iconCount_; ++i) {
-    DrawIconAt(i, x, y);
-    if (i == column + 3) {  // the fourth icon of a column: on to the top of the next
-      x += kCell;
-      y -= 3 * kCell;
-      column += kIconsPerColumn;
-    } else {
-      y += kCell;
-    }
-  }
+  DrawColumnsInView();
   EnableWindow(lstMain_, TRUE);
   InvalidateRect(lstMain_, nullptr, FALSE);
+}
+
+// Each icon of a column in the order the grid fills (top to bottom), a selected cell with its
+// highlight, exactly as if every column had been drawn when the file was opened.
+void frmChangeIcon::DrawColumnsInView() {
+  const int columns = static_cast<int>(columnDrawn_.size());
+  const int value = ScrollValue();
+  const int first = value / kCell, last = std::min(columns - 1, (value + InnerWidth() - 1) / kCell);
+  for (int column = std::max(0, first); column <= last; ++column) {
+    if (columnDrawn_[static_cast<size_t>(column)]) continue;
+    columnDrawn_[static_cast<size_t>(column)] = true;
+    for (int row = 0; row < kIconsPerColumn && column * kIconsPerColumn + row < iconCount_; ++row) {
+      const RECT cell{column * kCell, row * kCell, (column + 1) * kCell, (row + 1) * kCell};
+      DrawCell(cell, highlightDrawn_ && EqualRect(&cell, &sel_));
+    }
+  }
 }
 
 void frmChangeIcon::ShowFailure(const std::string& text) {
@@ -400,6 +407,7 @@ void frmChangeIcon::Press(int x, int y) {
   const int left = x / kCell * kCell, top = y / kCell * kCell;
   sel_ = RECT{left, top, left + kCell, top + kCell};
   DrawCell(sel_, true);
+  highlightDrawn_ = true;
 }
 
 void frmChangeIcon::DrawCell(const RECT& cell, bool selected) {
@@ -420,6 +428,8 @@ void frmChangeIcon::DrawIconAt(int index, int x, int y) {
 }
 
 void frmChangeIcon::ClearGrid(int width) {
+  columnDrawn_.clear();  // nothing to draw until the new file's grid is laid out
+  highlightDrawn_ = false;
   buffer_.Resize(width, kGridHeight, false);
   gridWidth_ = width;
   SetWindowPos(lstMain_, nullptr, -ScrollValue(), 0, width, kGridHeight, SWP_NOZORDER | SWP_NOACTIVATE);
@@ -449,6 +459,7 @@ void frmChangeIcon::SetScrollValue(int value) {
   si.nPos = value;
   SetScrollInfo(scroll_, SB_CTL, &si, TRUE);
   SetWindowPos(lstMain_, nullptr, -value, 0, gridWidth_, kGridHeight, SWP_NOZORDER | SWP_NOACTIVATE);
+  DrawColumnsInView();
 }
 
 void frmChangeIcon::FollowSelection() {

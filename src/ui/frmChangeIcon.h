@@ -2,11 +2,13 @@
 // frmChangeIcon: the modal "Change Icon" dialog. It shows every icon of a file in a grid (lstMain)
 // of 38-pixel cells, four to a column, filled column by column, inside a frame (Container) eight
 // columns wide with a horizontal scroll bar (Scroll). The caller sets Filename and IconIndex, calls
-// ChooseIcon and reads them back; they change only when the person presses OK.
+// ChooseIcon and reads them back; they change only when the person presses OK. A column's icons are
+// extracted when it first comes into view, so a large file opens as fast as a small one.
 #include <windows.h>
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "ui/ModalDialog.h"
 #include "ui/win.h"
@@ -27,7 +29,7 @@ class frmChangeIcon : public ModalDialog {
   // Shows the dialog modally with Filename in the file box and the cell of IconIndex selected and
   // scrolled into view. True when the person pressed OK, false on Cancel, Escape or the close box.
   bool ChooseIcon(HWND owner = nullptr);
-  // Counts and draws the icons of the file named in the file box (while the dialog is open).
+  // Counts the icons of the file named in the file box and draws those in view (while the dialog is open).
   void DisplayIcons();
 
   // Read-only views for the host and the tests (valid while the dialog is open).
@@ -62,6 +64,7 @@ class frmChangeIcon : public ModalDialog {
   void Press(int x, int y);  // selects the cell under (x, y) of lstMain, if there is one
   void DrawCell(const RECT& cell, bool selected);
   void DrawIconAt(int index, int x, int y);
+  void DrawColumnsInView();  // the columns of the visible part not drawn yet
   void ClearGrid(int width);
   void SetScrollRange(int maximum, int largeChange, bool enabled);
   void SetScrollValue(int value);
@@ -77,6 +80,8 @@ class frmChangeIcon : public ModalDialog {
   BackBuffer buffer_;  // lstMain's picture
   std::string displayed_;  // the file whose icons the grid shows
   int16_t iconCount_ = 0;
+  std::vector<bool> columnDrawn_;  // per column of the grid: its icons are in the picture
+  bool highlightDrawn_ = false;    // a new file's grid shows no selection until a cell is pressed
   RECT sel_{0, 0, kCell, kCell};
   int gridWidth_ = 0;
   int scrollMax_ = 0;
