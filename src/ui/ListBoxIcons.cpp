@@ -56,16 +56,28 @@ void Band(HDC dc, int left, int top, int right, int bottom, COLORREF color) {
   Rectangle(dc, left, top, right, bottom);
 }
 
-LOGFONTA IconTitleFont() {
+// The captions' font: the face the icon titles use, at the standard icon-title size (8 points), never
+// taller than fits between the caption top and the row's end. Only the face is taken from the system:
+// accessibility settings make icon titles 48 pixels high or more, and a damaged record gives
+// thousands, which would spill over every row (and take the font engine minutes to draw).
+LOGFONTA CaptionFont(const std::string& face) {
   LOGFONTA lf{};
-  if (!SystemParametersInfoA(SPI_GETICONTITLELOGFONT, sizeof lf, &lf, 0)) {
-    WindowDc screen(nullptr);
-    lf.lfHeight = -MulDiv(8, GetDeviceCaps(screen.get(), LOGPIXELSY), 72);
-    lf.lfWeight = FW_NORMAL;
-    lf.lfCharSet = DEFAULT_CHARSET;
-    lstrcpynA(lf.lfFaceName, "MS Sans Serif", LF_FACESIZE);
-  }
+  WindowDc screen(nullptr);
+  const int dpi = GetDeviceCaps(screen.get(), LOGPIXELSY);
+  const int points8 = MulDiv(8, dpi > 0 ? dpi : 96, 72);
+  lf.lfHeight = -std::min(points8, (kRow - kCaptionTop) * 3 / 4);
+  lf.lfWeight = FW_NORMAL;
+  lf.lfCharSet = DEFAULT_CHARSET;
+  lstrcpynA(lf.lfFaceName, face.c_str(), LF_FACESIZE);
   return lf;
+}
+
+// The face name of the system's icon titles, before the stored record is read.
+std::string IconTitleFace() {
+  LOGFONTA lf{};
+  if (!SystemParametersInfoA(SPI_GETICONTITLELOGFONT, sizeof lf, &lf, 0)) return "MS Sans Serif";
+  lf.lfFaceName[LF_FACESIZE - 1] = '\0';
+  return lf.lfFaceName;
 }
 
 }  // namespace
@@ -83,7 +95,7 @@ std::string FaceNameFromFontRecord(const std::string& bytes) {
       break;
     }
   }
-  return name;
+  return name.size() >= 2 ? name : std::string();  // a lone byte at the very end is no name either
 }
 
 std::string SplitIconLocation(std::string& location, int16_t& index) {
@@ -133,16 +145,9 @@ struct ListBoxIcons::Impl {
    protected:
     LRESULT HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override {
       switch (msg) {
-        case WM_PAINT: {
-          PaintScope ps(hwnd());
-          impl_.Blit(ps.dc(), ps.rect());
-          return 0;
-        }
-        case WM_PRINTCLIENT: {
-          RECT all{0, 0, impl_.surfW, impl_.surfH};
-          impl_.Blit(reinterpret_cast<HDC>(wp), all);
-          return 0;
-        }
+        case WM_PAINT:
+        case WM_PRINTCLIENT:
+          return impl_.buffer.Paint(hwnd(), msg, wp);
         case WM_ERASEBKGND:
           return 1;
         case WM_GETDLGCODE:
@@ -191,7 +196,6 @@ struct ListBoxIcons::Impl {
   ~Impl() {
     surface.Destroy();
     container.Destroy();
-    if (bufferDc && oldBitmap) SelectObject(bufferDc.get(), oldBitmap);
   }
 
   ListBoxIcons& owner;
@@ -213,9 +217,7 @@ struct ListBoxIcons::Impl {
   int scrollWidth = 17;
 
   // lstMain's picture, kept so that WM_PAINT can show rows drawn one at a time long before.
-  MemDc bufferDc;
-  BitmapHandle buffer;
-  HGDIOBJ oldBitmap = nullptr;
+  BackBuffer buffer;
   int surfW = 0, surfH = kEmptyHeight;
 
   int scrollValue = 0, scrollMax = 0;
@@ -253,32 +255,6 @@ struct ListBoxIcons::Impl {
     return r.bottom - r.top;
   }
 
-  // --- back buffer ---------------------------------------------------------------------------------
-
-  // Gives the buffer a new size, keeping what was drawn (the rows stay where they were).
-  void ResizeBuffer(int w, int h) {
-    if (w < 1) w = 1;
-    if (h < 1) h = 1;
-    WindowDc screen(nullptr);
-    MemDc dc(CreateCompatibleDC(screen.get()));
-    BitmapHandle bmp(CreateCompatibleBitmap(screen.get(), w, h));
-    if (!dc || !bmp) return;
-    HGDIOBJ old = SelectObject(dc.get(), bmp.get());
-    Band(dc.get(), 0, 0, w, h, GetSysColor(COLOR_WINDOW));
-    if (bufferDc) {
-      BitBlt(dc.get(), 0, 0, surfW, surfH, bufferDc.get(), 0, 0, SRCCOPY);
-      SelectObject(bufferDc.get(), oldBitmap);
-    }
-    bufferDc = std::move(dc);
-    buffer = std::move(bmp);
-    oldBitmap = old;
-  }
-
-  void Blit(HDC dc, const RECT& r) const {
-    if (!bufferDc) return;
-    BitBlt(dc, r.left, r.top, r.right - r.left, r.bottom - r.top, bufferDc.get(), r.left, r.top, SRCCOPY);
-  }
-
   void Repaint() {
     if (surface.hwnd()) InvalidateRect(surface.hwnd(), nullptr, FALSE);
   }
@@ -286,15 +262,15 @@ struct ListBoxIcons::Impl {
   // --- drawing -------------------------------------------------------------------------------------
 
   int TextWidth(const std::string& text) const {
-    if (!bufferDc) return 0;
-    SelectScope f(bufferDc.get(), font.get());
+    if (!buffer) return 0;
+    SelectScope f(buffer.dc(), font.get());
     SIZE size{};
-    GetTextExtentPoint32A(bufferDc.get(), text.c_str(), static_cast<int>(text.size()), &size);
+    GetTextExtentPoint32A(buffer.dc(), text.c_str(), static_cast<int>(text.size()), &size);
     return size.cx;
   }
 
   void DrawCaption(std::string text, int row, size_t keep, COLORREF color) {
-    HDC dc = bufferDc.get();
+    HDC dc = buffer.dc();
     if (TextWidth(text) > surfW - kTooWideMargin) text = text.substr(0, keep) + " ...";
     const double width = TextWidth(text);
     // Rounded to the nearest integer, halves to even.
@@ -314,7 +290,7 @@ struct ListBoxIcons::Impl {
     if (index == -1 || path.empty()) return;
     HICON icon = ExtractIconA(Instance(), path.c_str(), static_cast<UINT>(index));
     if (reinterpret_cast<UINT_PTR>(icon) <= 1) return;
-    DrawIcon(bufferDc.get(), kIconLeft, y, icon);
+    DrawIcon(buffer.dc(), kIconLeft, y, icon);
     DestroyIcon(icon);
   }
 
@@ -326,7 +302,7 @@ struct ListBoxIcons::Impl {
       HCURSOR cursor = static_cast<HCURSOR>(
           LoadImageA(nullptr, item.iconPath.c_str(), IMAGE_CURSOR, 0, 0, LR_LOADFROMFILE));
       if (!cursor) return;
-      DrawIcon(bufferDc.get(), kIconLeft, y, cursor);
+      DrawIcon(buffer.dc(), kIconLeft, y, cursor);
       DestroyCursor(cursor);
       return;
     }
@@ -334,11 +310,11 @@ struct ListBoxIcons::Impl {
   }
 
   void DrawRowNormal(int row) {
-    if (!bufferDc) return;
+    if (!buffer) return;
     const Item& item = Slot(row);
     const int top = row * kRow;
     // Covers the row and the first line below it, where an old highlight's band ended.
-    Band(bufferDc.get(), 0, top, surfW, top + kRow + 1, GetSysColor(COLOR_WINDOW));
+    Band(buffer.dc(), 0, top, surfW, top + kRow + 1, GetSysColor(COLOR_WINDOW));
     DrawRowIcon(item, top + kIconTop, false);
     DrawCaption(item.caption, row, kCutWhenRedrawn, GetSysColor(COLOR_WINDOWTEXT));
   }
@@ -350,7 +326,7 @@ struct ListBoxIcons::Impl {
   }
 
   void DrawHighlight() {
-    HDC dc = bufferDc.get();
+    HDC dc = buffer.dc();
     Band(dc, sel.left, sel.top, sel.right, sel.bottom, GetSysColor(COLOR_HIGHLIGHT));
     DrawFocusRect(dc, &sel);
     DrawRowSelected(SelectedRow());
@@ -361,7 +337,7 @@ struct ListBoxIcons::Impl {
 
   // A press at y of lstMain: every selection, by mouse, keys or code, comes through here.
   void PressAt(int y) {
-    if (y < 0 || y >= surfH || !bufferDc) return;
+    if (y < 0 || y >= surfH || !buffer) return;
     DrawRowNormal(SelectedRow());
     sel.left = 0;
     sel.top = y / kRow * kRow;
@@ -490,7 +466,7 @@ struct ListBoxIcons::Impl {
 
   void SetSurfaceSize(int w, int h) {
     const bool widthChanged = w != surfW;
-    ResizeBuffer(w, h);
+    buffer.Resize(std::max(1, w), std::max(1, h), true);
     surfW = w;
     surfH = h;
     if (surface.hwnd())
@@ -529,8 +505,7 @@ struct ListBoxIcons::Impl {
   // An empty name would leave no font at all: the current one stays.
   void SetFontFace(const std::string& face) {
     if (face.empty()) return;
-    LOGFONTA lf = IconTitleFont();
-    lstrcpynA(lf.lfFaceName, face.c_str(), LF_FACESIZE);
+    LOGFONTA lf = CaptionFont(face);
     FontHandle f(CreateFontIndirectA(&lf));
     if (!f) return;
     font = std::move(f);
@@ -542,14 +517,14 @@ struct ListBoxIcons::Impl {
                           w, h, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), CS_DBLCLKS,
                           reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1)))
       return false;
-    LOGFONTA lf = IconTitleFont();
+    fontName = IconTitleFace();
+    LOGFONTA lf = CaptionFont(fontName);
     font.reset(CreateFontIndirectA(&lf));
-    fontName = lf.lfFaceName;
     scroll = CreateWindowExA(0, "SCROLLBAR", "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | SBS_VERT, 0, 0,
                              scrollWidth, std::max(0, h - kBorder), container.hwnd(), nullptr, Instance(),
                              nullptr);
     surfW = std::max(1, w - scrollWidth - kListOverlap);
-    ResizeBuffer(surfW, surfH);
+    buffer.Resize(surfW, surfH, true);
     if (!surface.Create(kSurfaceClass, 0, WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_TABSTOP, "", 0, 0, surfW, surfH,
                         container.hwnd(), nullptr, CS_DBLCLKS, nullptr))
       return false;
@@ -587,7 +562,7 @@ void ListBoxIcons::AddItem(const std::string& caption, const std::string& iconPa
   item.iconIndex = iconIndex;
   item.key = key;
   item.listIndex = std::to_string(slot);
-  if (m.bufferDc) {
+  if (m.buffer) {
     // Cursor files get no special case here: a new row is drawn from the file's icon.
     m.DrawExtracted(iconPath, iconIndex, slot * kRow + kIconTop);
     m.DrawCaption(caption, slot, kCutWhenAdded, GetSysColor(COLOR_WINDOWTEXT));
@@ -671,7 +646,7 @@ int ListBoxIcons::ScrollValue() const { return impl_->scrollValue; }
 int ListBoxIcons::ScrollMax() const { return impl_->scrollMax; }
 
 COLORREF ListBoxIcons::Pixel(int x, int y) const {
-  return impl_->bufferDc ? GetPixel(impl_->bufferDc.get(), x, y) : CLR_INVALID;
+  return impl_->buffer.Pixel(x, y);
 }
 
 int ListBoxIcons::CaptionWidth(const std::string& text) const { return impl_->TextWidth(text); }

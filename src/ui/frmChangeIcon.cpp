@@ -52,53 +52,9 @@ void Place(HWND h, int x, int y, int w, int height) {
 
 }  // namespace
 
-// The grid's picture lives in a memory bitmap so that it survives being covered; WM_PAINT copies it.
-struct frmChangeIcon::BackBuffer {
-  HDC dc = nullptr;
-  HBITMAP bitmap = nullptr;
-  HGDIOBJ old = nullptr;
-  int width = 0, height = 0;
-
-  ~BackBuffer() {
-    Release();
-    if (dc) DeleteDC(dc);
-  }
-  void Release() {
-    if (bitmap) {
-      SelectObject(dc, old);
-      DeleteObject(bitmap);
-      bitmap = nullptr;
-    }
-  }
-  // Makes the picture width x h and fills it with the window colour.
-  void Reset(int w, int h) {
-    if (!dc) {
-      WindowDc screen(nullptr);
-      dc = CreateCompatibleDC(screen.get());
-    }
-    if (!bitmap || w != width || h != height) {
-      Release();
-      width = w;
-      height = h;
-      if (w > 0 && h > 0) {
-        WindowDc screen(nullptr);
-        bitmap = CreateCompatibleBitmap(screen.get(), w, h);
-        if (bitmap) old = SelectObject(dc, bitmap);
-      }
-    }
-    RECT all{0, 0, width, height};
-    if (bitmap) FillRect(dc, &all, GetSysColorBrush(COLOR_WINDOW));
-  }
-};
-
-frmChangeIcon::frmChangeIcon() : buffer_(std::make_unique<BackBuffer>()) {}
-frmChangeIcon::~frmChangeIcon() = default;
-
 bool frmChangeIcon::ChooseIcon(HWND owner) {
   RegisterClasses();
-  INT_PTR result = DialogBoxParamA(Instance(), MAKEINTRESOURCEA(IDD_CHANGEICON), owner, &DialogProc,
-                                   reinterpret_cast<LPARAM>(this));
-  return result == IDOK;
+  return RunModal(IDD_CHANGEICON, owner) == IDOK;
 }
 
 int frmChangeIcon::SelectedIndex() const {
@@ -123,23 +79,7 @@ int frmChangeIcon::InnerWidth() const {
 
 // --- window procedures --------------------------------------------------------------------------
 
-INT_PTR CALLBACK frmChangeIcon::DialogProc(HWND h, UINT msg, WPARAM wp, LPARAM lp) noexcept {
-  try {
-    frmChangeIcon* self = nullptr;
-    if (msg == WM_INITDIALOG) {
-      self = reinterpret_cast<frmChangeIcon*>(lp);
-      SetWindowLongPtrA(h, DWLP_USER, lp);
-      self->hwnd_ = h;
-    } else {
-      self = reinterpret_cast<frmChangeIcon*>(GetWindowLongPtrA(h, DWLP_USER));
-    }
-    return self ? self->HandleDialog(msg, wp, lp) : FALSE;
-  } catch (...) {
-    return FALSE;
-  }
-}
-
-INT_PTR frmChangeIcon::HandleDialog(UINT msg, WPARAM wp, LPARAM lp) {
+INT_PTR frmChangeIcon::HandleMessage(UINT msg, WPARAM wp, LPARAM lp) {
   switch (msg) {
     case WM_INITDIALOG:
       Form_Load();
@@ -170,7 +110,7 @@ INT_PTR frmChangeIcon::HandleDialog(UINT msg, WPARAM wp, LPARAM lp) {
     case WM_DESTROY:
       if (GetCapture() == lstMain_) ReleaseCapture();
       SetWindowLongPtrA(txtFilename_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(editProc_));
-      hwnd_ = txtFilename_ = cmdOK_ = container_ = lstMain_ = scroll_ = nullptr;
+      txtFilename_ = cmdOK_ = container_ = lstMain_ = scroll_ = nullptr;
       return FALSE;
   }
   return FALSE;
@@ -193,17 +133,9 @@ LRESULT frmChangeIcon::HandleGrid(UINT msg, WPARAM wp, LPARAM lp) {
       return DLGC_WANTARROWS;
     case WM_ERASEBKGND:
       return 1;
-    case WM_PAINT: {
-      PaintScope paint(lstMain_);
-      const RECT& r = paint.rect();
-      if (buffer_->bitmap) {
-        BitBlt(paint.dc(), r.left, r.top, r.right - r.left, r.bottom - r.top, buffer_->dc, r.left, r.top,
-               SRCCOPY);
-      } else {
-        FillRect(paint.dc(), &r, GetSysColorBrush(COLOR_WINDOW));
-      }
-      return 0;
-    }
+    case WM_PAINT:
+    case WM_PRINTCLIENT:
+      return buffer_.Paint(lstMain_, msg, wp);
     case WM_LBUTTONDOWN:
     case WM_RBUTTONDOWN:
     case WM_MBUTTONDOWN:
@@ -261,10 +193,10 @@ LRESULT CALLBACK frmChangeIcon::FilenameProc(HWND h, UINT msg, WPARAM wp, LPARAM
 // --- events -------------------------------------------------------------------------------------
 
 void frmChangeIcon::Form_Load() {
-  txtFilename_ = GetDlgItem(hwnd_, IDC_CI_FILENAME);
-  cmdOK_ = GetDlgItem(hwnd_, IDOK);
-  container_ = GetDlgItem(hwnd_, IDC_CI_CONTAINER);
-  scroll_ = GetDlgItem(hwnd_, IDC_CI_SCROLL);
+  txtFilename_ = Item(IDC_CI_FILENAME);
+  cmdOK_ = Item(IDOK);
+  container_ = Item(IDC_CI_CONTAINER);
+  scroll_ = Item(IDC_CI_SCROLL);
   SetWindowLongPtrA(txtFilename_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   editProc_ = reinterpret_cast<WNDPROC>(
       SetWindowLongPtrA(txtFilename_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&FilenameProc)));
@@ -287,65 +219,51 @@ void frmChangeIcon::Form_Load() {
   // A one-icon file has already sent the focus to OK.
   HWND focus = txtFilename_;
   if (IsWindowEnabled(lstMain_)) focus = iconCount_ == 1 ? cmdOK_ : lstMain_;
-  SendMessageA(hwnd_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(focus), TRUE);
+  MoveFocusTo(focus);
 }
 
 // Sizes the frame to show exactly eight columns whatever the dialog font, and arranges the rest
 // around it: the template gives the margins, the text heights and the button sizes.
 void frmChangeIcon::Layout() {
   RECT unit{4, 4, 7, 7};
-  MapDialogRect(hwnd_, &unit);
+  MapDialogRect(hwnd(), &unit);
   const int gap = unit.left, marginX = unit.right, marginY = unit.bottom;
 
   RECT frame{0, 0, kVisibleColumns * kCell, kGridHeight};
   AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongPtrA(container_, GWL_STYLE)), FALSE,
                      static_cast<DWORD>(GetWindowLongPtrA(container_, GWL_EXSTYLE)));
   const int frameW = frame.right - frame.left, frameH = frame.bottom - frame.top;
-  const RECT c = ChildRect(hwnd_, container_);
+  const RECT c = ChildRect(hwnd(), container_);
   const int left = c.left, right = left + frameW;
   Place(container_, left, c.top, frameW, frameH);
   const int scrollH = GetSystemMetrics(SM_CYHSCROLL);
   Place(scroll_, left, c.top + frameH, frameW, scrollH);
 
-  HWND browse = GetDlgItem(hwnd_, IDC_CI_BROWSE);
-  const RECT b = ChildRect(hwnd_, browse);
+  HWND browse = Item(IDC_CI_BROWSE);
+  const RECT b = ChildRect(hwnd(), browse);
   const int browseW = b.right - b.left;
   Place(browse, right - browseW, b.top, browseW, b.bottom - b.top);
-  const RECT e = ChildRect(hwnd_, txtFilename_);
+  const RECT e = ChildRect(hwnd(), txtFilename_);
   Place(txtFilename_, e.left, e.top, right - browseW - gap - e.left, e.bottom - e.top);
   for (int id : {IDC_CI_FILELABEL, IDC_CI_ICONLABEL}) {
-    HWND label = GetDlgItem(hwnd_, id);
-    const RECT l = ChildRect(hwnd_, label);
+    HWND label = Item(id);
+    const RECT l = ChildRect(hwnd(), label);
     Place(label, l.left, l.top, right - l.left, l.bottom - l.top);
   }
 
-  HWND cancel = GetDlgItem(hwnd_, IDCANCEL);
-  const RECT k = ChildRect(hwnd_, cancel);
+  HWND cancel = Item(IDCANCEL);
+  const RECT k = ChildRect(hwnd(), cancel);
   const int buttonW = k.right - k.left, buttonH = k.bottom - k.top;
   const int buttonTop = c.top + frameH + scrollH + marginY;
   Place(cancel, right - buttonW, buttonTop, buttonW, buttonH);
   Place(cmdOK_, right - 2 * buttonW - gap, buttonTop, buttonW, buttonH);
 
-  RECT outer{0, 0, right + marginX, buttonTop + buttonH + marginY};
-  AdjustWindowRectEx(&outer, static_cast<DWORD>(GetWindowLongPtrA(hwnd_, GWL_STYLE)), FALSE,
-                     static_cast<DWORD>(GetWindowLongPtrA(hwnd_, GWL_EXSTYLE)));
-  const int w = outer.right - outer.left, h = outer.bottom - outer.top;
-
   // Centred over the owner, kept on the work area.
-  RECT area;
-  SystemParametersInfoA(SPI_GETWORKAREA, 0, &area, 0);
-  RECT around = area;
-  HWND owner = GetWindow(hwnd_, GW_OWNER);
-  if (owner && IsWindowVisible(owner) && !IsIconic(owner)) GetWindowRect(owner, &around);
-  int x = around.left + (around.right - around.left - w) / 2;
-  int y = around.top + (around.bottom - around.top - h) / 2;
-  x = std::max<int>(area.left, std::min<int>(x, area.right - w));
-  y = std::max<int>(area.top, std::min<int>(y, area.bottom - h));
-  SetWindowPos(hwnd_, nullptr, x, y, w, h, SWP_NOZORDER | SWP_NOACTIVATE);
+  SizeAndCentre(right + marginX, buttonTop + buttonH + marginY, GetWindow(hwnd(), GW_OWNER));
 }
 
 void frmChangeIcon::DisplayIcons() {
-  if (!hwnd_) return;
+  if (!hwnd()) return;
   EnableWindow(lstMain_, FALSE);
   ClearGrid(gridWidth_);
 
@@ -361,8 +279,9 @@ void frmChangeIcon::DisplayIcons() {
     return;
   }
 
-  const int columns = iconCount_ / kIconsPerColumn;
-  ClearGrid(columns * kCell + (iconCount_ % kIconsPerColumn ? kCell : 0));
+  const int columns = iconCount_ / kIconsPerColumn + (iconCount_ % kIconsPerColumn ? 1 : 0);
+  ClearGrid(columns * kCell);
+  columnDrawn_.assign(static_cast<size_t>(columns), false);
   const int inner = InnerWidth();
   if (iconCount_ <= kVisibleColumns * kIconsPerColumn) {
     SetScrollRange(0, 0, false);
@@ -372,28 +291,34 @@ void frmChangeIcon::DisplayIcons() {
 
   if (iconCount_ == 1) {
     Press(0, 0);
-    SendMessageA(hwnd_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(cmdOK_), TRUE);
+    MoveFocusTo(cmdOK_);
   }
 
-  int x = kIconOffset, y = kIconOffset, column = 0;
-  for (int i = 0; i < iconCount_; ++i) {
-    DrawIconAt(i, x, y);
-    if (i == column + 3) {  // the fourth icon of a column: on to the top of the next
-      x += kCell;
-      y -= 3 * kCell;
-      column += kIconsPerColumn;
-    } else {
-      y += kCell;
-    }
-  }
+  DrawColumnsInView();
   EnableWindow(lstMain_, TRUE);
   InvalidateRect(lstMain_, nullptr, FALSE);
 }
 
+// Each icon of a column in the order the grid fills (top to bottom), a selected cell with its
+// highlight, exactly as if every column had been drawn when the file was opened.
+void frmChangeIcon::DrawColumnsInView() {
+  const int columns = static_cast<int>(columnDrawn_.size());
+  const int value = ScrollValue();
+  const int first = value / kCell, last = std::min(columns - 1, (value + InnerWidth() - 1) / kCell);
+  for (int column = std::max(0, first); column <= last; ++column) {
+    if (columnDrawn_[static_cast<size_t>(column)]) continue;
+    columnDrawn_[static_cast<size_t>(column)] = true;
+    for (int row = 0; row < kIconsPerColumn && column * kIconsPerColumn + row < iconCount_; ++row) {
+      const RECT cell{column * kCell, row * kCell, (column + 1) * kCell, (row + 1) * kCell};
+      DrawCell(cell, highlightDrawn_ && EqualRect(&cell, &sel_));
+    }
+  }
+}
+
 void frmChangeIcon::ShowFailure(const std::string& text) {
-  GetSeam().ShowMessage(hwnd_, text, kTitle, MB_OK | MB_ICONEXCLAMATION);
+  GetSeam().ShowMessage(hwnd(), text, kTitle, MB_OK | MB_ICONEXCLAMATION);
   SetScrollRange(0, 0, false);
-  if (GetFocus() == cmdOK_) SendMessageA(hwnd_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(txtFilename_), TRUE);
+  if (GetFocus() == cmdOK_) MoveFocusTo(txtFilename_);
   EnableWindow(cmdOK_, FALSE);
 }
 
@@ -403,7 +328,7 @@ void frmChangeIcon::cmdBrowse_Click() {
   dialog.filter.assign(kFilter, sizeof kFilter - 1);
   const std::string current = GetText(txtFilename_);
   if (FileExists(current)) dialog.initialFile = current;  // a broken name would stop the dialog opening
-  if (!GetSeam().ShowFileDialog(hwnd_, dialog)) return;
+  if (!GetSeam().ShowFileDialog(hwnd(), dialog)) return;
   SetText(txtFilename_, dialog.initialFile);
   SetScrollValue(0);
   EnableWindow(cmdOK_, TRUE);
@@ -415,10 +340,10 @@ void frmChangeIcon::cmdOK_Click() {
   // An empty cell of the last column keeps the old index.
   const int index = SelectedIndex();
   if (index < iconCount_) IconIndex = static_cast<int16_t>(index);
-  EndDialog(hwnd_, IDOK);
+  EndDialog(hwnd(), IDOK);
 }
 
-void frmChangeIcon::cmdCancel_Click() { EndDialog(hwnd_, IDCANCEL); }
+void frmChangeIcon::cmdCancel_Click() { EndDialog(hwnd(), IDCANCEL); }
 
 void frmChangeIcon::txtFilename_Enter() {
   SetScrollValue(0);
@@ -482,12 +407,13 @@ void frmChangeIcon::Press(int x, int y) {
   const int left = x / kCell * kCell, top = y / kCell * kCell;
   sel_ = RECT{left, top, left + kCell, top + kCell};
   DrawCell(sel_, true);
+  highlightDrawn_ = true;
 }
 
 void frmChangeIcon::DrawCell(const RECT& cell, bool selected) {
-  if (!buffer_->bitmap) return;
-  FillRect(buffer_->dc, &cell, GetSysColorBrush(selected ? COLOR_HIGHLIGHT : COLOR_WINDOW));
-  if (selected) DrawFocusRect(buffer_->dc, &cell);
+  if (!buffer_) return;
+  FillRect(buffer_.dc(), &cell, GetSysColorBrush(selected ? COLOR_HIGHLIGHT : COLOR_WINDOW));
+  if (selected) DrawFocusRect(buffer_.dc(), &cell);
   const int index = cell.left / kCell * kIconsPerColumn + cell.top / kCell;
   if (index < iconCount_) DrawIconAt(index, cell.left + kIconOffset, cell.top + kIconOffset);
   InvalidateRect(lstMain_, &cell, FALSE);
@@ -497,12 +423,14 @@ void frmChangeIcon::DrawIconAt(int index, int x, int y) {
   // Extracted, drawn and destroyed at once: no icon handle outlives the drawing.
   HICON icon = ExtractIconA(Instance(), displayed_.c_str(), static_cast<UINT>(index));
   if (!icon || icon == reinterpret_cast<HICON>(1)) return;
-  if (buffer_->bitmap) DrawIcon(buffer_->dc, x, y, icon);
+  if (buffer_) DrawIcon(buffer_.dc(), x, y, icon);
   DestroyIcon(icon);
 }
 
 void frmChangeIcon::ClearGrid(int width) {
-  buffer_->Reset(width, kGridHeight);
+  columnDrawn_.clear();  // nothing to draw until the new file's grid is laid out
+  highlightDrawn_ = false;
+  buffer_.Resize(width, kGridHeight, false);
   gridWidth_ = width;
   SetWindowPos(lstMain_, nullptr, -ScrollValue(), 0, width, kGridHeight, SWP_NOZORDER | SWP_NOACTIVATE);
   InvalidateRect(lstMain_, nullptr, FALSE);
@@ -531,6 +459,7 @@ void frmChangeIcon::SetScrollValue(int value) {
   si.nPos = value;
   SetScrollInfo(scroll_, SB_CTL, &si, TRUE);
   SetWindowPos(lstMain_, nullptr, -value, 0, gridWidth_, kGridHeight, SWP_NOZORDER | SWP_NOACTIVATE);
+  DrawColumnsInView();
 }
 
 void frmChangeIcon::FollowSelection() {

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "ids_prompt.h"
+#include "ui/ModalDialog.h"
 #include "ui/win.h"
 
 namespace ui {
@@ -55,32 +56,19 @@ std::string DisplayText(const std::string& message) {
   return out;
 }
 
-class PromptDialog {
+class PromptDialog : public ModalDialog {
  public:
   PromptDialog(HWND owner, const PromptRequest& request) : owner_(owner), request_(request) {}
 
   PromptAnswer Show() {
-    INT_PTR rc = DialogBoxParamA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDD_PROMPT), owner_, Proc,
-                                 reinterpret_cast<LPARAM>(this));
+    INT_PTR rc = RunModal(IDD_PROMPT, owner_);
     // A dialog that could not be made answers as if the person had pressed Escape.
     if (rc == -1 || rc == 0) return {PromptCancelSlot(request_), false};
     return answer_;
   }
 
  private:
-  static INT_PTR CALLBACK Proc(HWND dlg, UINT msg, WPARAM wp, LPARAM lp) noexcept {
-    try {
-      if (msg == WM_INITDIALOG) SetWindowLongPtrA(dlg, DWLP_USER, lp);
-      auto* self = reinterpret_cast<PromptDialog*>(GetWindowLongPtrA(dlg, DWLP_USER));
-      if (!self) return FALSE;
-      if (msg == WM_INITDIALOG) self->dlg_ = dlg;
-      return self->HandleMessage(msg, wp, lp);
-    } catch (...) {
-      return FALSE;
-    }
-  }
-
-  INT_PTR HandleMessage(UINT msg, WPARAM wp, LPARAM lp) {
+  INT_PTR HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override {
     switch (msg) {
       case WM_INITDIALOG:
         return OnInitDialog();
@@ -94,10 +82,10 @@ class PromptDialog {
         OnPaint();
         return TRUE;
       case kComeForward:
-        SetForegroundWindow(dlg_);
+        SetForegroundWindow(hwnd());
         // The first window of a process can be activated before it is shown, and its caption then
         // stays drawn as inactive.
-        if (GetActiveWindow() == dlg_) SendMessageA(dlg_, WM_NCACTIVATE, TRUE, 0);
+        if (GetActiveWindow() == hwnd()) SendMessageA(hwnd(), WM_NCACTIVATE, TRUE, 0);
         return TRUE;
       case WM_CTLCOLORSTATIC:
         return OnCtlColorStatic(reinterpret_cast<HDC>(wp), reinterpret_cast<HWND>(lp));
@@ -106,11 +94,10 @@ class PromptDialog {
     }
   }
 
-  HWND Item(int id) const { return GetDlgItem(dlg_, id); }
   HWND Button(int slot) const { return Item(IDC_PROMPT_BUTTON0 + slot); }
 
   INT_PTR OnInitDialog() {
-    SetWindowTextA(dlg_, "Vexillor");
+    SetWindowTextA(hwnd(), "Vexillor");
     SetText(Item(IDC_PROMPT_TEXT), DisplayText(request_.message));
 
     char* end = nullptr;
@@ -141,11 +128,11 @@ class PromptDialog {
 
     int def = PromptDefaultSlot(request_);
     if (def >= 0) {
-      SendMessageA(dlg_, DM_SETDEFID, IDC_PROMPT_BUTTON0 + def, 0);
-      SendMessageA(dlg_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Button(def)), TRUE);
+      SendMessageA(hwnd(), DM_SETDEFID, IDC_PROMPT_BUTTON0 + def, 0);
+      MoveFocusTo(Button(def));
     }
     // Without an owner to come back to, the prompt brings itself to the front once it is shown.
-    if (!owner_) PostMessageA(dlg_, kComeForward, 0, 0);
+    if (!owner_) PostMessageA(hwnd(), kComeForward, 0, 0);
     return FALSE;  // the focus is set
   }
 
@@ -153,16 +140,16 @@ class PromptDialog {
   void Layout() {
     auto dluX = [&](int x) {
       RECT r{0, 0, x, 0};
-      MapDialogRect(dlg_, &r);
+      MapDialogRect(hwnd(), &r);
       return static_cast<int>(r.right);
     };
     auto dluY = [&](int y) {
       RECT r{0, 0, 0, y};
-      MapDialogRect(dlg_, &r);
+      MapDialogRect(hwnd(), &r);
       return static_cast<int>(r.bottom);
     };
-    HFONT font = reinterpret_cast<HFONT>(SendMessageA(dlg_, WM_GETFONT, 0, 0));
-    WindowDc dc(dlg_);
+    HFONT font = reinterpret_cast<HFONT>(SendMessageA(hwnd(), WM_GETFONT, 0, 0));
+    WindowDc dc(hwnd());
     SelectScope useFont(dc.get(), font);
     auto measure = [&](const std::string& text, UINT flags, int width) {
       RECT r{0, 0, width, 0};
@@ -228,28 +215,15 @@ class PromptDialog {
                    SWP_NOZORDER | SWP_NOACTIVATE);
     }
 
-    RECT frame{0, 0, clientW, clientH};
-    AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongPtrA(dlg_, GWL_STYLE)), FALSE,
-                       static_cast<DWORD>(GetWindowLongPtrA(dlg_, GWL_EXSTYLE)));
-    const int w = frame.right - frame.left, h = frame.bottom - frame.top;
-
     // Centred on the owner when it is on screen, otherwise on the desktop, and kept on the desktop.
-    RECT work{};
-    SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0);
-    RECT around = work;
-    if (owner_ && IsWindowVisible(owner_) && !IsIconic(owner_)) GetWindowRect(owner_, &around);
-    int left = around.left + ((around.right - around.left) - w) / 2;
-    int topY = around.top + ((around.bottom - around.top) - h) / 2;
-    left = std::max<int>(work.left, std::min<int>(left, work.right - w));
-    topY = std::max<int>(work.top, std::min<int>(topY, work.bottom - h));
-    SetWindowPos(dlg_, nullptr, left, topY, w, h, SWP_NOZORDER | SWP_NOACTIVATE);
+    SizeAndCentre(clientW, clientH, owner_);
   }
 
   // The message and icon stand on a window-coloured panel above the button band.
   void OnPaint() {
-    PaintScope paint(dlg_);
+    PaintScope paint(hwnd());
     RECT client{};
-    GetClientRect(dlg_, &client);
+    GetClientRect(hwnd(), &client);
     RECT panel = client;
     panel.bottom = panelHeight_;
     FillRect(paint.dc(), &panel, GetSysColorBrush(COLOR_WINDOW));
@@ -291,18 +265,17 @@ class PromptDialog {
     GetSeam().OpenHelp(HelpOwner(), AppHelpFile(), HELP_CONTEXT, std::to_string(request_.helpTopic));
   }
 
-  HWND HelpOwner() const { return owner_ ? owner_ : dlg_; }
+  HWND HelpOwner() const { return owner_ ? owner_ : hwnd(); }
 
   void Close(int slot) {
     answer_.result = slot;
     HWND check = Item(IDC_PROMPT_CHECK);
     answer_.doNotShow = check && Button_GetCheck(check) == BST_CHECKED;
-    EndDialog(dlg_, 1);
+    EndDialog(hwnd(), 1);
   }
 
   HWND owner_;
   const PromptRequest& request_;
-  HWND dlg_ = nullptr;
   int panelHeight_ = 0;
   PromptAnswer answer_;
 };

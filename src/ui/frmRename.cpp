@@ -9,28 +9,11 @@ namespace ui {
 
 std::optional<std::string> frmRename::Show(HWND owner) {
   result_.reset();
-  DialogBoxParamA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDD_RENAME), owner, &DialogProc,
-                  reinterpret_cast<LPARAM>(this));
+  RunModal(IDD_RENAME, owner);
   return result_;
 }
 
-INT_PTR CALLBACK frmRename::DialogProc(HWND h, UINT msg, WPARAM wp, LPARAM lp) noexcept {
-  try {
-    frmRename* self = nullptr;
-    if (msg == WM_INITDIALOG) {
-      self = reinterpret_cast<frmRename*>(lp);
-      SetWindowLongPtrA(h, DWLP_USER, lp);
-      self->hwnd_ = h;
-    } else {
-      self = reinterpret_cast<frmRename*>(GetWindowLongPtrA(h, DWLP_USER));
-    }
-    return self ? self->Handle(msg, wp, lp) : FALSE;
-  } catch (...) {
-    return FALSE;
-  }
-}
-
-INT_PTR frmRename::Handle(UINT msg, WPARAM wp, LPARAM) {
+INT_PTR frmRename::HandleMessage(UINT msg, WPARAM wp, LPARAM) {
   switch (msg) {
     case WM_INITDIALOG:
       Form_Load();
@@ -40,15 +23,15 @@ INT_PTR frmRename::Handle(UINT msg, WPARAM wp, LPARAM) {
       if (LOWORD(wp) == IDCANCEL) cmdCancel_Click();  // Cancel, Escape and the close box
       return TRUE;
     case WM_DESTROY:
-      hwnd_ = textbox_ = nullptr;
+      textbox_ = nullptr;
       return FALSE;
   }
   return FALSE;
 }
 
 void frmRename::Form_Load() {
-  textbox_ = GetDlgItem(hwnd_, IDC_RN_TEXT);
-  SetText(GetDlgItem(hwnd_, IDC_RN_LABEL), LabelText);
+  textbox_ = Item(IDC_RN_TEXT);
+  SetText(Item(IDC_RN_LABEL), LabelText);
   SetText(textbox_, Text);
 }
 
@@ -57,21 +40,21 @@ void frmRename::cmdOK_Click() {
   if (name.empty()) {
     // The prompt belongs to this box while it is open, not to the main window behind it.
     HWND previous = modMsgbox::Owner();
-    modMsgbox::SetOwner(hwnd_);
+    modMsgbox::SetOwner(hwnd());
     modMsgbox::EmptyName();
     modMsgbox::SetOwner(previous);
     SetText(textbox_, EmptyReset);
-    SendMessageA(hwnd_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(textbox_), TRUE);
+    MoveFocusTo(textbox_);
     SendMessageA(textbox_, EM_SETSEL, 0, -1);
     return;
   }
   result_ = std::move(name);
-  EndDialog(hwnd_, IDOK);
+  EndDialog(hwnd(), IDOK);
 }
 
 void frmRename::cmdCancel_Click() {
   result_.reset();
-  EndDialog(hwnd_, IDCANCEL);
+  EndDialog(hwnd(), IDCANCEL);
 }
 
 std::optional<std::string> RealSeam::AskName(HWND owner, const std::string& label, const std::string& text,

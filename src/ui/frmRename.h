@@ -7,9 +7,11 @@
 #include <optional>
 #include <string>
 
+#include "ui/ModalDialog.h"
+
 namespace ui {
 
-class frmRename {
+class frmRename : public ModalDialog {
  public:
   std::string LabelText;   // "Type a new name for " and the item, from the caller
   std::string Text;        // the text box's first content
@@ -18,16 +20,12 @@ class frmRename {
   // Shows the box modally; the accepted name, or nothing when cancelled.
   std::optional<std::string> Show(HWND owner = nullptr);
 
-  HWND hwnd() const { return hwnd_; }
-
  private:
-  static INT_PTR CALLBACK DialogProc(HWND, UINT, WPARAM, LPARAM) noexcept;
-  INT_PTR Handle(UINT msg, WPARAM wp, LPARAM lp);
+  INT_PTR HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override;
   void Form_Load();
   void cmdOK_Click();
   void cmdCancel_Click();
 
-  HWND hwnd_ = nullptr;
   HWND textbox_ = nullptr;
   std::optional<std::string> result_;
 };

@@ -80,6 +80,69 @@ LRESULT CALLBACK Window::Proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) noexcep
   }
 }
 
+BackBuffer::~BackBuffer() { Release(); }
+
+void BackBuffer::Release() {
+  if (dc_ && old_) SelectObject(dc_.get(), old_);
+  old_ = nullptr;
+}
+
+void BackBuffer::Resize(int w, int h, bool keep) {
+  w = w > 0 ? w : 0;
+  h = h > 0 ? h : 0;
+  if (bitmap_ && w == width_ && h == height_) {
+    if (!keep) Clear();
+    return;
+  }
+  MemDc dc;
+  BitmapHandle bitmap;
+  HGDIOBJ old = nullptr;
+  if (w > 0 && h > 0) {
+    WindowDc screen(nullptr);
+    dc.reset(CreateCompatibleDC(screen.get()));
+    bitmap.reset(CreateCompatibleBitmap(screen.get(), w, h));
+  }
+  if (dc && bitmap) {
+    old = SelectObject(dc.get(), bitmap.get());
+    RECT all{0, 0, w, h};
+    FillRect(dc.get(), &all, GetSysColorBrush(COLOR_WINDOW));
+    if (keep && bitmap_) BitBlt(dc.get(), 0, 0, width_, height_, dc_.get(), 0, 0, SRCCOPY);
+  } else {
+    dc.reset();
+    bitmap.reset();
+  }
+  Release();
+  dc_ = std::move(dc);
+  bitmap_ = std::move(bitmap);
+  old_ = old;
+  width_ = w;
+  height_ = h;
+}
+
+void BackBuffer::Clear() {
+  RECT all{0, 0, width_, height_};
+  if (bitmap_) FillRect(dc_.get(), &all, GetSysColorBrush(COLOR_WINDOW));
+}
+
+void BackBuffer::Blit(HDC dc, const RECT& r) const {
+  if (bitmap_) {
+    BitBlt(dc, r.left, r.top, r.right - r.left, r.bottom - r.top, dc_.get(), r.left, r.top, SRCCOPY);
+  } else {
+    FillRect(dc, &r, GetSysColorBrush(COLOR_WINDOW));
+  }
+}
+
+LRESULT BackBuffer::Paint(HWND hwnd, UINT msg, WPARAM wp) const {
+  if (msg == WM_PRINTCLIENT) {
+    RECT all{0, 0, width_, height_};
+    Blit(reinterpret_cast<HDC>(wp), all);
+  } else {
+    PaintScope paint(hwnd);
+    Blit(paint.dc(), paint.rect());
+  }
+  return 0;
+}
+
 std::string GetText(HWND hwnd) {
   int n = GetWindowTextLengthA(hwnd);
   std::string s(static_cast<size_t>(n) + 1, '\0');

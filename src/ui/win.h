@@ -97,6 +97,39 @@ class SelectScope {
   HGDIOBJ old_;
 };
 
+// A window's picture kept in memory (a memory DC holding a bitmap), so that what was drawn piece by
+// piece long ago survives being covered: WM_PAINT and WM_PRINTCLIENT copy it out.
+class BackBuffer {
+ public:
+  BackBuffer(const BackBuffer&) = delete;
+  BackBuffer& operator=(const BackBuffer&) = delete;
+  BackBuffer() = default;
+  ~BackBuffer();
+
+  // Gives the picture the size w x h. New pixels are window-coloured; with keep, what was drawn stays
+  // where it was, otherwise the whole picture is window-coloured. A size of zero leaves no picture.
+  void Resize(int w, int h, bool keep);
+  void Clear();
+  HDC dc() const { return bitmap_ ? dc_.get() : nullptr; }
+  explicit operator bool() const { return static_cast<bool>(bitmap_); }
+  int width() const { return width_; }
+  int height() const { return height_; }
+  COLORREF Pixel(int x, int y) const { return bitmap_ ? GetPixel(dc_.get(), x, y) : CLR_INVALID; }
+
+  // Copies the rectangle r of the picture to the same place of dc (window-colour where there is none).
+  void Blit(HDC dc, const RECT& r) const;
+  // Answers WM_PAINT and WM_PRINTCLIENT of the window the picture belongs to.
+  LRESULT Paint(HWND hwnd, UINT msg, WPARAM wp) const;
+
+ private:
+  void Release();  // puts the DC's first bitmap back
+
+  MemDc dc_;
+  BitmapHandle bitmap_;
+  HGDIOBJ old_ = nullptr;
+  int width_ = 0, height_ = 0;
+};
+
 // The window's mouse pointer during lengthy work: 11 is the hourglass, 13 the arrow with hourglass,
 // 0 the default. Set(0) or the end of the scope puts the default back.
 class MousePointer {

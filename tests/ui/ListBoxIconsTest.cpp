@@ -136,6 +136,7 @@ TEST(FaceNameFromFontRecord, TakesTheFirstRunOfTwoPrintables) {
       {head + std::string("\0Arial\0\0", 8), "Arial"},
       {head + std::string("\x22Tahoma\0", 8), "\"Tahoma"},  // a printable pitch byte joins the name
       {head + std::string("\0T\0a\0h\0", 7), ""},
+      {std::string("A\x01" "B\x02" "C", 5), ""},  // a lone byte at the end too
       {std::string("A\x01" "B\x02" "Co\x03" "De", 9), "Co"},
       {"~Verdana}", "Verdana}"},
   };

@@ -143,3 +143,39 @@ TEST_F(frmChangeIconTest, EnterInTheFileBoxShowsTheTypedFileOrSaysWhyNot) {
 }
 
 }  // namespace
+
+namespace {
+
+// The grid's whole picture, as WM_PRINTCLIENT gives it (columns out of view included).
+std::vector<COLORREF> GridPicture(HWND grid, int width) {
+  ui::WindowDc screen(nullptr);
+  ui::MemDc dc(CreateCompatibleDC(screen.get()));
+  ui::BitmapHandle bitmap(CreateCompatibleBitmap(screen.get(), width, 4 * frmChangeIcon::kCell));
+  ui::SelectScope keep(dc.get(), bitmap.get());
+  SendMessageA(grid, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc.get()), PRF_CLIENT);
+  std::vector<COLORREF> centres;  // the middle of each cell's icon, in the order the grid fills
+  for (int i = 0; i < width / frmChangeIcon::kCell * 4; ++i)
+    centres.push_back(GetPixel(dc.get(), i / 4 * frmChangeIcon::kCell + 19, i % 4 * frmChangeIcon::kCell + 19));
+  return centres;
+}
+
+// Columns come into the picture as they are scrolled into view: after going to either end, every
+// cell shows its own icon (icon i of the library is the colour below), whichever cell it opened on.
+TEST_F(frmChangeIconTest, EveryColumnScrolledIntoViewShowsItsIcons) {
+  auto colour = [](int i) { return RGB(40 + i * 6, 200 - i * 5, 90); };
+  for (int16_t opened : {int16_t{0}, int16_t{32}}) {
+    SCOPED_TRACE(opened);
+    auto scroll = [&](int code) {
+      return [this, code](HWND d) { SendMessageA(d, WM_HSCROLL, static_cast<WPARAM>(code), reinterpret_cast<LPARAM>(Item(IDC_CI_SCROLL))); };
+    };
+    Run(Library(33), opened, {scroll(opened ? SB_LEFT : SB_RIGHT), scroll(opened ? SB_RIGHT : SB_LEFT), [&](HWND) {
+          const std::vector<COLORREF> cells = GridPicture(form.GridWindow(), form.GridWidth());
+          ASSERT_EQ(cells.size(), 36u);
+          for (int i = 0; i < 36; ++i)
+            EXPECT_EQ(cells[static_cast<size_t>(i)], i < 33 ? colour(i) : GetSysColor(COLOR_WINDOW)) << "cell " << i;
+          Click(Item(IDCANCEL));
+        }});
+  }
+}
+
+}  // namespace
