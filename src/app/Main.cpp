@@ -2,6 +2,7 @@
 
 #include <commctrl.h>
 
+#include "app/CommandLine.h"
 #include "app/Shell.h"
 #include "registry/modRegistry.h"
 #include "resource.h"
@@ -62,7 +63,8 @@ void Main::Form_Load() {
     ui::Guarded([&] { RestorePosition(); });
   }
   ui::Guarded([&] { SetCurrentTheme("load"); });
-  ShowWindow(hwnd(), SW_SHOW);
+  // A quiet run, and one that applied a theme from the command line and is closing, never show it.
+  if (!quiet_ && !flags.autoApplyMode) ShowWindow(hwnd(), SW_SHOW);
   UpdateWindow(hwnd());
   ui::Guarded([&] {
     const int32_t active = modRegistry::GetDword(kSettingsKey, "Active Tab");
@@ -167,14 +169,31 @@ LRESULT Main::HandleMessage(UINT msg, WPARAM wp, LPARAM lp) {
 
 // --- the program ------------------------------------------------------------------------------------
 
-int RunMain(const std::string& commandLine, int show) {
+int RunMain(const std::string& text, int show) {
   (void)show;
   INITCOMMONCONTROLSEX icc{sizeof icc, ICC_WIN95_CLASSES | ICC_BAR_CLASSES | ICC_TAB_CLASSES | ICC_TREEVIEW_CLASSES};
   InitCommonControlsEx(&icc);
+  const CommandLine commandLine = ParseCommandLine(text);
+  // A quiet run answers every question itself and says what happened in its log and exit code.
+  std::unique_ptr<QuietRun> quiet;
+  if (commandLine.quiet) {
+    quiet = std::make_unique<QuietRun>(DefaultLogPath());
+    quiet->Log("started: " + text);
+    if (commandLine.rest.empty()) {
+      quiet->Log("no theme given; exit code " + std::to_string(kExitThemeNotOpened));
+      return kExitThemeNotOpened;
+    }
+    ui::SetSeam(&quiet->seam());
+    modRegistry::SetErrorReporter([&quiet](const std::string& message) { quiet->Log("error: " + message); });
+  }
   Main main;
+  main.SetQuietRun(quiet.get());
   bool created = false;
-  ui::Guarded([&] { created = main.Create(DetectEnvironment(), commandLine); });
-  if (!created) return 1;
+  ui::Guarded([&] { created = main.Create(DetectEnvironment(), commandLine.rest); });
+  if (!created) {
+    if (quiet) quiet->Log("the window could not be created; exit code " + std::to_string(kExitNoWindow));
+    return kExitNoWindow;
+  }
   HACCEL accel = CreateMainAccelerators();
   MSG msg;
   while (GetMessageA(&msg, nullptr, 0, 0) > 0) {
@@ -184,7 +203,11 @@ int RunMain(const std::string& commandLine, int show) {
     DispatchMessageA(&msg);
   }
   DestroyAcceleratorTable(accel);
-  return static_cast<int>(msg.wParam);
+  if (quiet) {
+    quiet->Log("finished; exit code " + std::to_string(main.exitCode()));
+    ui::SetSeam(nullptr);
+  }
+  return main.exitCode() ? main.exitCode() : static_cast<int>(msg.wParam);
 }
 
 }  // namespace vx

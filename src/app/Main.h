@@ -22,6 +22,9 @@
 
 namespace vx {
 
+class QuietRun;
+struct OpenOutcome;
+
 class Main : public ui::Window, public EditHost {
  public:
   static constexpr int kTabCount = 9;
@@ -50,10 +53,16 @@ class Main : public ui::Window, public EditHost {
   void SetToolbarStyle(bool textBeside);                // the toolbar style routine
   void SelectTab(int tab);                              // selects tab 1..9 as a click would
 
-  // Commands whose work arrives later (themes, settings, restoring everything); greyed until then.
+  // The theme commands (MainThemes.cpp). OpenTheme from the command line also handles "/a".
   void OpenTheme(const std::string& path, bool fromCommandLine);
   void SaveTheme();
   void SaveThemeAs();
+  // A run started with "/q": set before Create. The window is never shown, and no prompt waits.
+  void SetQuietRun(QuietRun* run) { quiet_ = run; }
+  // The exit code of a run started with "/a" or "/q" (CommandLine.h); 0 for an ordinary run.
+  int exitCode() const { return exitCode_; }
+
+  // Commands whose work arrives later (settings, restoring everything); greyed until then.
   void RestoreAllSettings();
   void RestoreAllIcons();
   void RestoreAllPointers();
@@ -113,6 +122,9 @@ class Main : public ui::Window, public EditHost {
   void OnSplitterMove(int x);
   void EnterContextHelp();
   void EndContextHelp(POINT screenPoint, bool show);
+  void SaveThemeFile(bool saveAs);
+  void FinishCommandLine(const OpenOutcome& outcome);
+  void Fail(int exitCode);
 
   Environment env_;
   std::string commandLine_;
@@ -132,6 +144,8 @@ class Main : public ui::Window, public EditHost {
   bool closing_ = false;
   bool contextHelp_ = false;
   ApplyResult lastApply_;
+  QuietRun* quiet_ = nullptr;
+  int exitCode_ = 0;
 };
 
 // Creates the main window, runs the message loop and returns the exit code.

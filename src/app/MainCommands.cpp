@@ -109,9 +109,6 @@ void Main::EndContextHelp(POINT pt, bool show) {
 
 // --- commands that arrive with later work ----------------------------------------------------------------
 
-void Main::OpenTheme(const std::string&, bool) {}
-void Main::SaveTheme() {}
-void Main::SaveThemeAs() {}
 void Main::RestoreAllSettings() {}
 void Main::RestoreAllIcons() {}
 void Main::RestoreAllPointers() {}

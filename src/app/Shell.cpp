@@ -29,9 +29,8 @@ const std::vector<ToolbarButton>& ToolbarButtons() {
 }
 
 const std::vector<int>& UnavailableCommands() {
-  // Themes, settings and the restore-all commands arrive with their own work.
-  static const std::vector<int> ids = {IDM_FILE_OPEN,           IDM_FILE_SAVE,          IDM_FILE_SAVEAS,
-                                       IDM_TOOLS_RESTORE_SETTINGS, IDM_TOOLS_RESTORE_ICONS,
+  // Settings and the restore-all commands arrive with their own work.
+  static const std::vector<int> ids = {IDM_TOOLS_RESTORE_SETTINGS, IDM_TOOLS_RESTORE_ICONS,
                                        IDM_TOOLS_RESTORE_POINTERS};
   return ids;
 }

@@ -5,10 +5,9 @@
 
 #include <vector>
 
-namespace vx {
+#include "system/Product.h"  // kHomePage, kAuthorMail
 
-inline constexpr const char* kHomePage = "http://www.quenby.example/vexillor";
-inline constexpr const char* kAuthorMail = "mailto:vexillor@quenby.example";
+namespace vx {
 
 struct ToolbarButton {
   const char* caption;  // nullptr: separator; also the tooltip
