@@ -28,6 +28,19 @@ enum ExitCode : int {
   kExitWriteFailed = 5,     // at least one write failed
 };
 
+// The lines of the "/?" usage text that describe the theme switches, the quiet switch and its exit codes.
+inline constexpr const char* kThemeSwitchesUsage =
+    "vexillor.exe [/q] [/a] [theme]\n"
+    "  theme  Opens an icon theme (.vxtheme), or imports a Microsoft Plus! (.theme) or Microangelo\n"
+    "         (.motif) theme; its icons and pointers are pending until you press Apply.\n"
+    "  /a     Applies the theme at once and ends (a lower-case a, then one blank, then the theme).\n"
+    "  /q     Quiet: must come first (vexillor.exe /q /a C:\\Themes\\Blue.vxtheme). No window and no\n"
+    "         question is shown (the restart offer is answered No); every write and every refused\n"
+    "         entry is logged in Vexillor\\vexillor.log in your application-data folder.\n"
+    "Exit codes of /a and /q: 0 applied; 1 the window could not be created; 2 the theme could not be\n"
+    "opened; 3 /q without /a (nothing applied); 4 an entry naming a network or device location was\n"
+    "refused (the rest applied); 5 a write failed.\n";
+
 // Where a quiet run appends its lines: "Vexillor\vexillor.log" in the user's application-data folder.
 std::string DefaultLogPath();
 

@@ -65,7 +65,8 @@ void Main::FinishCommandLine(const OpenOutcome& outcome) {
   if (quiet_) {
     quiet_->Log("opened: " + outcome.path + " (" + std::to_string(outcome.report.changed) + " items)");
     for (const Refusal& r : outcome.report.refused)
-      quiet_->Log("refused: [" + r.section + "] " + r.key + "=" + r.value + " (network or device location)");
+      quiet_->Log("refused: [" + r.section + "] " + r.key + "=" + r.value + " (" + r.item +
+                  ": network or device location)");
   }
   if (!outcome.report.refused.empty()) Fail(kExitEntryRefused);
   if (!flags.autoApplyMode) {

@@ -52,13 +52,15 @@ void NotThemeMessage(const std::string& file) { modMsgbox::InvalidTheme(NameOf(f
 
 void ReportRefused(const std::string& file, const std::vector<Refusal>& refused) {
   if (refused.empty()) return;
-  // Every entry by name, one line per section (a hostile file may name every item), and one value to
+  // Every item by name, one line per category (a hostile file may name every item), and one value to
   // show where they pointed.
-  std::string list, section;
+  std::string list;
+  int tab = 0;
   for (const Refusal& r : refused) {
-    if (r.section != section) list += (list.empty() ? "" : "\n") + r.section + ": " + r.key;
-    else list += ", " + r.key;
-    section = r.section;
+    if (r.tab != tab) list.append(list.empty() ? "" : "\n").append(ThemeSection(r.tab)).append(": ");
+    else list.append(", ");
+    list.append(r.item);
+    tab = r.tab;
   }
   ui::PromptRequest r;
   r.message = "The theme " + NameOf(file) +

@@ -18,7 +18,6 @@ bool CutFolder(const std::string& location, const std::string& folder, std::stri
 }
 
 bool IsSlash(char c) { return c == '\\' || c == '/'; }
-bool IsAlpha(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
 }  // namespace
 
@@ -83,11 +82,10 @@ bool IsNetworkOrDevice(const std::string& location) {
   // Two slashes: a share, or the device and raw-path prefixes. Then the NT object prefix.
   if (s.size() >= 2 && IsSlash(s[0]) && IsSlash(s[1])) return true;
   if (s.size() >= 4 && IsSlash(s[0]) && s[1] == '?' && s[2] == '?' && IsSlash(s[3])) return true;
-  // A scheme: a letter, then letters, digits, "+", "-" or ".", then a colon. One letter is a drive.
+  // A scheme before a colon ("http:", "file:", or any other name the shell might take for one): more
+  // than one character before the first colon, with no slash among them. One letter is a drive.
   size_t n = 0;
-  while (n < s.size() && (IsAlpha(s[n]) || (n > 0 && ((s[n] >= '0' && s[n] <= '9') || s[n] == '+' || s[n] == '-' ||
-                                                       s[n] == '.'))))
-    ++n;
+  while (n < s.size() && s[n] != ':' && !IsSlash(s[n])) ++n;
   return n >= 2 && n < s.size() && s[n] == ':';
 }
 

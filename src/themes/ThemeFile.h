@@ -43,7 +43,7 @@ std::string ReadThemeEntry(const std::string& section, const std::string& key, c
 
 // A location that makes Windows leave the machine or reach past the file system: a network share
 // ("\\host\share", also "//host/share"), a device or raw path ("\\.\", "\\?\", "\??\"), or an address
-// with a scheme ("http:", "file:", ...). Showing an icon from such a place hands the user's credentials
+// with a scheme ("http:", "file:", ...: anything but a drive letter before a colon). Showing an icon from such a place hands the user's credentials
 // to whoever named it, so theme files are never allowed to.
 bool IsNetworkOrDevice(const std::string& location);
 

@@ -91,7 +91,7 @@ LoadReport LoadEntries(ThemeFormat format, const std::string& file, const Enviro
     if (!value.empty()) {
       if (format != ThemeFormat::Own) value = ImportedValue(e, value);
       if (IsNetworkOrDevice(value))
-        report.refused.push_back({e.section, e.key, value});
+        report.refused.push_back({e.tab, e.listKey, e.section, e.key, value});
       else if (lists.Change(e.tab, e.listKey, value))
         ++report.changed;
     }

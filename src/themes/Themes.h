@@ -50,8 +50,10 @@ struct ThemeEntry {
 // (else the load's, which read "Hand" on every edition); the imports name the same items everywhere.
 std::vector<ThemeEntry> ThemeEntries(ThemeFormat format, const Environment& env, bool writing = false);
 
-// A value a load did not take, and why.
+// A value a load did not take: the item it was for, and where the file had it.
 struct Refusal {
+  int tab;
+  std::string item;
   std::string section, key, value;
 };
 

@@ -72,6 +72,7 @@ TEST(Macros, NetworkAndDeviceLocations) {
       {"file:///C:/x.ico,0", true},         {"ftp:x", true},                 {"C:\\x.ico,0", false},
       {"c:x.ico", false},                   {"x.ico,0", false},              {"\\Windows\\x.ico,0", false},
       {"..\\x.ico,0", false},               {"", false},                     {"1:x", false},
+      {"\x92\xD4:x", true},                 {"x.ico:stream,0", true},        {"C:\\a:b", false},
   };
   for (const auto& c : cases) EXPECT_EQ(vx::IsNetworkOrDevice(c.location), c.refused) << c.location;
 }
