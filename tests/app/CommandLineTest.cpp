@@ -58,26 +58,21 @@ TEST(CommandLine, AQuietRunAnswersAndLogsEveryAnswer) {
     EXPECT_EQ(a.result, 0);
     EXPECT_FALSE(a.doNotShow);
     EXPECT_EQ(seam.ShowMessage(nullptr, "x", "t", MB_YESNO), IDNO);
-    EXPECT_EQ(seam.ShowMessage(nullptr, "x", "t", MB_OK), IDOK);
     ui::FileDialog d;
     d.title = "Open Theme";
     EXPECT_FALSE(seam.ShowFileDialog(nullptr, d));
-    std::string file;
-    int16_t index = 0;
-    EXPECT_FALSE(seam.ChooseIcon(nullptr, file, index));
-    EXPECT_FALSE(seam.AskName(nullptr, "", "", "").has_value());
     run.Log("write: a line\r\nwith a break");
   }
   std::ifstream in(log);
   std::vector<std::string> lines;
   for (std::string line; std::getline(in, line);) lines.push_back(line);
-  ASSERT_EQ(lines.size(), 7u);
+  ASSERT_EQ(lines.size(), 6u);
   EXPECT_NE(lines[0].find("answered \"No\": Restart now?"), std::string::npos) << lines[0];
   EXPECT_EQ(lines[0].find("Really"), std::string::npos);
   EXPECT_NE(lines[1].find("answered \"No\": Save?"), std::string::npos) << lines[1];
   EXPECT_NE(lines[2].find("answered \"OK\": Rebuilt."), std::string::npos) << lines[2];
-  EXPECT_NE(lines[5].find("file dialog not shown: Open Theme"), std::string::npos) << lines[5];
-  EXPECT_NE(lines[6].find("write: a line  with a break"), std::string::npos) << lines[6];
+  EXPECT_NE(lines[4].find("file dialog not shown: Open Theme"), std::string::npos) << lines[4];
+  EXPECT_NE(lines[5].find("write: a line  with a break"), std::string::npos) << lines[5];
   DeleteFileA(log.c_str());
   RemoveDirectoryA(folder.c_str());
 }
