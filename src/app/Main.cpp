@@ -194,6 +194,11 @@ int RunMain(const std::string& text, int show) {
     if (quiet) quiet->Log("the window could not be created; exit code " + std::to_string(kExitNoWindow));
     return kExitNoWindow;
   }
+  // Whatever went wrong while the theme was opened, a quiet run still ends on its own.
+  if (quiet && !main.commandLineHandled()) {
+    quiet->Log("the theme could not be opened; exit code " + std::to_string(kExitThemeNotOpened));
+    PostMessageA(main.hwnd(), WM_CLOSE, 0, 0);
+  }
   HACCEL accel = CreateMainAccelerators();
   MSG msg;
   while (GetMessageA(&msg, nullptr, 0, 0) > 0) {
@@ -203,11 +208,14 @@ int RunMain(const std::string& text, int show) {
     DispatchMessageA(&msg);
   }
   DestroyAcceleratorTable(accel);
+  const int code = quiet && !main.commandLineHandled() ? kExitThemeNotOpened
+                   : main.exitCode()                    ? main.exitCode()
+                                                        : static_cast<int>(msg.wParam);
   if (quiet) {
-    quiet->Log("finished; exit code " + std::to_string(main.exitCode()));
+    quiet->Log("finished; exit code " + std::to_string(code));
     ui::SetSeam(nullptr);
   }
-  return main.exitCode() ? main.exitCode() : static_cast<int>(msg.wParam);
+  return code;
 }
 
 }  // namespace vx

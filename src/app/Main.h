@@ -61,6 +61,8 @@ class Main : public ui::Window, public EditHost {
   void SetQuietRun(QuietRun* run) { quiet_ = run; }
   // The exit code of a run started with "/a" or "/q" (CommandLine.h); 0 for an ordinary run.
   int exitCode() const { return exitCode_; }
+  // Whether the theme named on the command line was dealt with (opened, applied or refused).
+  bool commandLineHandled() const { return commandLineHandled_; }
 
   // Commands whose work arrives later (settings, restoring everything); greyed until then.
   void RestoreAllSettings();
@@ -146,6 +148,7 @@ class Main : public ui::Window, public EditHost {
   ApplyResult lastApply_;
   QuietRun* quiet_ = nullptr;
   int exitCode_ = 0;
+  bool commandLineHandled_ = false;
 };
 
 // Creates the main window, runs the message loop and returns the exit code.

@@ -55,6 +55,7 @@ void Main::OpenTheme(const std::string& text, bool fromCommandLine) {
 }
 
 void Main::FinishCommandLine(const OpenOutcome& outcome) {
+  commandLineHandled_ = true;
   if (!quiet_ && !flags.autoApplyMode) return;
   if (outcome.status != OpenOutcome::Loaded) {
     if (quiet_) quiet_->Log("theme not opened: " + outcome.path + " (" + Why(outcome.status) + ")");
