@@ -2,6 +2,8 @@
 
 #include <commctrl.h>
 
+#include "app/CommandLine.h"
+#include "app/Undo.h"
 #include "app/Shell.h"
 #include "app/Undo.h"
 #include "registry/modCommon.h"
@@ -64,7 +66,8 @@ void Main::Form_Load() {
     ui::Guarded([&] { RestorePosition(); });
   }
   ui::Guarded([&] { SetCurrentTheme("load"); });
-  ShowWindow(hwnd(), SW_SHOW);
+  // A quiet run, and one that applied a theme from the command line and is closing, never show it.
+  if (!quiet_ && !flags.autoApplyMode) ShowWindow(hwnd(), SW_SHOW);
   UpdateWindow(hwnd());
   ui::Guarded([&] {
     const int32_t active = modRegistry::GetDword(kSettingsKey, "Active Tab");
@@ -189,15 +192,63 @@ void InstallTestPause() {
 }
 }  // namespace
 
-int RunMain(const std::string& commandLine, int show) {
+int RunMain(const std::string& text, int show) {
   (void)show;
   InstallTestPause();
   INITCOMMONCONTROLSEX icc{sizeof icc, ICC_WIN95_CLASSES | ICC_BAR_CLASSES | ICC_TAB_CLASSES | ICC_TREEVIEW_CLASSES};
   InitCommonControlsEx(&icc);
+  const CommandLine commandLine = ParseCommandLine(text);
+  // A quiet run answers every question itself and says what happened in its log and exit code.
+  std::unique_ptr<QuietRun> quiet;
+  if (commandLine.quiet) {
+    quiet = std::make_unique<QuietRun>(DefaultLogPath());
+    quiet->Log("started: " + text);
+    if (commandLine.rest.empty()) {
+      quiet->Log("no theme given; exit code " + std::to_string(kExitThemeNotOpened));
+      return kExitThemeNotOpened;
+    }
+    ui::SetSeam(&quiet->seam());
+    modRegistry::SetErrorReporter([&quiet](const std::string& message) { quiet->Log("error: " + message); });
+  }
+  // "/undo": the last Apply taken back, without a window.
+  if (commandLine.rest == "/undo") {
+    int code = kExitNoWindow;
+    ui::Guarded([&] { code = UndoFromCommandLine(DetectEnvironment(), quiet != nullptr); });
+    if (quiet) {
+      quiet->Log("undo finished; exit code " + std::to_string(code));
+      ui::SetSeam(nullptr);
+    }
+    return code;
+  }
+  // "/n THEME": the theme opened as at any start, then what Apply would change listed (in the log when
+  // quiet); nothing is written and the program ends.
+  const bool review = commandLine.rest.rfind("/n ", 0) == 0;
   Main main;
+  main.SetQuietRun(quiet.get());
   bool created = false;
-  ui::Guarded([&] { created = main.Create(DetectEnvironment(), commandLine); });
-  if (!created) return 1;
+  ui::Guarded([&] { created = main.Create(DetectEnvironment(), review ? commandLine.rest.substr(3) : commandLine.rest); });
+  if (created && review) {
+    int code = kExitThemeNotOpened;
+    if (main.applyEnabled()) {
+      ui::Guarded([&] { main.ReviewChanges(); });
+      code = kExitOk;
+    }
+    main.Destroy();
+    if (quiet) {
+      quiet->Log("review finished; exit code " + std::to_string(code));
+      ui::SetSeam(nullptr);
+    }
+    return code;
+  }
+  if (!created) {
+    if (quiet) quiet->Log("the window could not be created; exit code " + std::to_string(kExitNoWindow));
+    return kExitNoWindow;
+  }
+  // Whatever went wrong while the theme was opened, a quiet run still ends on its own.
+  if (quiet && !main.commandLineHandled()) {
+    quiet->Log("the theme could not be opened; exit code " + std::to_string(kExitThemeNotOpened));
+    PostMessageA(main.hwnd(), WM_CLOSE, 0, 0);
+  }
   HACCEL accel = CreateMainAccelerators();
   MSG msg;
   while (GetMessageA(&msg, nullptr, 0, 0) > 0) {
@@ -207,7 +258,14 @@ int RunMain(const std::string& commandLine, int show) {
     DispatchMessageA(&msg);
   }
   DestroyAcceleratorTable(accel);
-  return static_cast<int>(msg.wParam);
+  const int code = quiet && !main.commandLineHandled() ? kExitThemeNotOpened
+                   : main.exitCode()                    ? main.exitCode()
+                                                        : static_cast<int>(msg.wParam);
+  if (quiet) {
+    quiet->Log("finished; exit code " + std::to_string(code));
+    ui::SetSeam(nullptr);
+  }
+  return code;
 }
 
 }  // namespace vx

@@ -24,6 +24,9 @@
 
 namespace vx {
 
+class QuietRun;
+struct OpenOutcome;
+
 class Main : public ui::Window, public EditHost {
  public:
   static constexpr int kTabCount = 9;
@@ -52,10 +55,17 @@ class Main : public ui::Window, public EditHost {
   void SetToolbarStyle(bool textBeside);                // the toolbar style routine
   void SelectTab(int tab);                              // selects tab 1..9 as a click would
 
-  // Commands whose work arrives later (themes); greyed until then.
+  // The theme commands (MainThemes.cpp). OpenTheme from the command line also handles "/a".
   void OpenTheme(const std::string& path, bool fromCommandLine);
   void SaveTheme();
   void SaveThemeAs();
+  // A run started with "/q": set before Create. The window is never shown, and no prompt waits.
+  void SetQuietRun(QuietRun* run) { quiet_ = run; }
+  // The exit code of a run started with "/a" or "/q" (CommandLine.h); 0 for an ordinary run.
+  int exitCode() const { return exitCode_; }
+  // Whether the theme named on the command line was dealt with (opened, applied or refused).
+  bool commandLineHandled() const { return commandLineHandled_; }
+
   // The Tools menu: each puts the defaults in as pending edits; nothing is written before Apply.
   void RestoreAllSettings();
   void RestoreAllIcons();
@@ -129,6 +139,9 @@ class Main : public ui::Window, public EditHost {
   void OnSplitterMove(int x);
   void EnterContextHelp();
   void EndContextHelp(POINT screenPoint, bool show);
+  void SaveThemeFile(bool saveAs);
+  void FinishCommandLine(const OpenOutcome& outcome);
+  void Fail(int exitCode);
 
   Environment env_;
   std::string commandLine_;
@@ -149,6 +162,9 @@ class Main : public ui::Window, public EditHost {
   bool closing_ = false;
   bool contextHelp_ = false;
   ApplyResult lastApply_;
+  QuietRun* quiet_ = nullptr;
+  int exitCode_ = 0;
+  bool commandLineHandled_ = false;
 };
 
 // After an Apply or an undo in which steps failed: one prompt that names them in the user's words.

@@ -121,10 +121,4 @@ void Main::EndContextHelp(POINT pt, bool show) {
   }
 }
 
-// --- commands that arrive with later work ----------------------------------------------------------------
-
-void Main::OpenTheme(const std::string&, bool) {}
-void Main::SaveTheme() {}
-void Main::SaveThemeAs() {}
-
 }  // namespace vx

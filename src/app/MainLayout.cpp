@@ -85,7 +85,6 @@ void Main::CreateMenus() {
   AppendMenuA(menu_, MF_POPUP, reinterpret_cast<UINT_PTR>(tools), "&Tools");
   AppendMenuA(menu_, MF_POPUP, reinterpret_cast<UINT_PTR>(help), "&Help");
   SetMenu(hwnd(), menu_);
-  for (int id : UnavailableCommands()) EnableMenuItem(menu_, static_cast<UINT>(id), MF_BYCOMMAND | MF_GRAYED);
 }
 
 HMENU Main::fileMenu() const { return GetSubMenu(menu_, 0); }
@@ -120,7 +119,6 @@ void Main::CreateToolbar() {
     buttons.push_back(t);
   }
   SendMessageA(toolbar_, TB_ADDBUTTONS, buttons.size(), reinterpret_cast<LPARAM>(buttons.data()));
-  for (int id : UnavailableCommands()) SendMessageA(toolbar_, TB_ENABLEBUTTON, static_cast<WPARAM>(id), FALSE);
 }
 
 void Main::CreateControls() {

@@ -28,12 +28,6 @@ const std::vector<ToolbarButton>& ToolbarButtons() {
   return buttons;
 }
 
-const std::vector<int>& UnavailableCommands() {
-  // The theme commands arrive with their own work.
-  static const std::vector<int> ids = {IDM_FILE_OPEN, IDM_FILE_SAVE, IDM_FILE_SAVEAS};
-  return ids;
-}
-
 HACCEL CreateMainAccelerators() {
   ACCEL keys[] = {
       {FVIRTKEY | FCONTROL, 'O', IDM_FILE_OPEN},

@@ -5,10 +5,9 @@
 
 #include <vector>
 
-namespace vx {
+#include "system/Product.h"  // kHomePage, kAuthorMail
 
-inline constexpr const char* kHomePage = "http://www.quenby.example/vexillor";
-inline constexpr const char* kAuthorMail = "mailto:vexillor@quenby.example";
+namespace vx {
 
 struct ToolbarButton {
   const char* caption;  // nullptr: separator; also the tooltip
@@ -18,9 +17,6 @@ struct ToolbarButton {
 
 // The seventeen toolbar buttons, in order (indexes 3, 6, 9, 12 and 16 are separators).
 const std::vector<ToolbarButton>& ToolbarButtons();
-
-// Commands whose work is not built yet: shown greyed on menus and toolbar.
-const std::vector<int>& UnavailableCommands();
 
 // Ctrl+O, Ctrl+S, F1, Ctrl+Tab and Ctrl+Shift+Tab (next and previous tab), Ctrl+PgDn/PgUp.
 HACCEL CreateMainAccelerators();

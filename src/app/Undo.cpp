@@ -1,5 +1,7 @@
 #include "app/Undo.h"
 
+#include "app/CommandLine.h"
+
 #include "apply/Journal.h"
 #include "icons/Refresh.h"
 #include "registry/modRegistry.h"
@@ -38,8 +40,8 @@ void KeepInterruptedApply() { CompleteJournal(JournalPath()); }
 int UndoFromCommandLine(const Environment& env, bool quiet) {
   RunFlags flags;
   const auto result = UndoLastApply(env, flags, {}, quiet);
-  if (!result) return 3;
-  return result->ok() ? 0 : 4;
+  if (!result) return kExitNothingToUndo;
+  return result->ok() ? kExitOk : kExitWriteFailed;
 }
 
 }  // namespace vx

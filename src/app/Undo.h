@@ -25,7 +25,7 @@ std::optional<ApplyResult> UndoLastApply(const Environment& env, RunFlags& flags
 // Marks an interrupted run as finished, when the user chose to keep what it wrote.
 void KeepInterruptedApply();
 
-// "/undo" and "/q /undo": 0 when done, 3 when there is nothing to undo, 4 when a write failed.
+// "/undo" and "/q /undo": kExitOk when done, kExitNothingToUndo, or kExitWriteFailed (CommandLine.h).
 int UndoFromCommandLine(const Environment& env, bool quiet);
 
 }  // namespace vx

@@ -1,0 +1,157 @@
+// Theme files are untrusted: generated hostile files (random sections, keys and values, long lines, NUL
+// bytes, UTF-16, huge and negative indexes, network and device paths) go through the load and both
+// imports. Nothing may crash or hang, and no network or device location may reach a list (whose
+// drawing hands it to ExtractIconA) or a plan that Apply would write.
+#include <gtest/gtest.h>
+#include <shlwapi.h>
+
+#include <map>
+#include <random>
+
+#include "icons/IconApply.h"
+#include "icons/IconFixtures.h"
+#include "themes/ThemeFile.h"
+#include "themes/ThemeFixtures.h"
+
+namespace {
+
+// 1000 files in four shards: each profile read costs Wine a few server calls, so a shard is one ctest
+// test of reasonable length rather than one test of minutes.
+constexpr int kShards = 4;
+constexpr int kFilesPerShard = 250;
+constexpr int kRealListsEvery = 25;  // these also go through real list controls and an Apply plan
+
+// Judged by the shell's own path functions and a plain look at the first characters, not by the
+// program's own test.
+bool LeavesTheMachine(const std::string& location) {
+  const std::string s = location.substr(location.find_first_not_of(" \t") == std::string::npos
+                                            ? location.size()
+                                            : location.find_first_not_of(" \t"));
+  const bool twoSlashes = s.size() >= 2 && (s[0] == '\\' || s[0] == '/') && (s[1] == '\\' || s[1] == '/');
+  return twoSlashes || PathIsUNCA(s.c_str()) || PathIsURLA(s.c_str()) || s.rfind("\\??\\", 0) == 0;
+}
+
+class Generator {
+ public:
+  explicit Generator(unsigned seed) : rng_(seed) {}
+
+  std::string File() {
+    std::string text;
+    const int sections = Pick(1, 12);
+    for (int s = 0; s < sections; ++s) {
+      text.append("[").append(Section()).append("]").append(Eol());
+      const int keys = Pick(0, 25);
+      for (int k = 0; k < keys; ++k) text.append(Key()).append("=").append(Value()).append(Eol());
+      if (Chance(10)) text += std::string(static_cast<size_t>(Pick(300, 9000)), 'x') + Eol();  // a long line
+    }
+    switch (Pick(0, 9)) {
+      case 0: return Utf16(text);
+      case 1: return text.insert(0, "\xEF\xBB\xBF");
+      default: return text;
+    }
+  }
+
+ private:
+  int Pick(int lo, int hi) { return std::uniform_int_distribution<int>(lo, hi)(rng_); }
+  bool Chance(int percent) { return Pick(0, 99) < percent; }
+  std::string Eol() { return Chance(80) ? "\r\n" : Chance(50) ? "\n" : "\r"; }
+
+  std::string Random(int maxLength) {
+    std::string s;
+    const int n = Pick(0, maxLength);
+    for (int i = 0; i < n; ++i) s += static_cast<char>(Pick(0, 255));
+    return s;
+  }
+
+  // Mostly the sections and keys the loaders read (so that values land), sometimes anything.
+  std::string Section() {
+    static const std::vector<std::string> known = [] {
+      std::vector<std::string> names;
+      const vx::Environment env = vx::MakeEnvironment("Win98", "C:\\W", "C:\\W\\S", "4.72", true, "C:\\V\\v.exe");
+      for (auto format : {vx::ThemeFormat::Own, vx::ThemeFormat::Plus})
+        for (const vx::ThemeEntry& e : vx::ThemeEntries(format, env)) {
+          keys_[e.section].push_back(e.key);
+          if (names.empty() || names.back() != e.section) names.push_back(e.section);
+        }
+      return names;
+    }();
+    section_ = Chance(80) ? known[static_cast<size_t>(Pick(0, static_cast<int>(known.size()) - 1))] : Random(40);
+    return section_;
+  }
+
+  std::string Key() {
+    auto it = keys_.find(section_);
+    if (it == keys_.end() || Chance(15)) return Random(30);
+    return it->second[static_cast<size_t>(Pick(0, static_cast<int>(it->second.size()) - 1))];
+  }
+
+  std::string Value() {
+    static const char* const remote[] = {
+        "\\\\attacker\\share\\x.ico,0", "\\\\attacker\\share\\x.cur", "//attacker/share/x.ico,3",
+        "\\\\?\\UNC\\attacker\\s\\x.ico,1", "\\\\.\\pipe\\attacker,0", "\\??\\UNC\\attacker\\s\\x.ico",
+        "http://attacker/x.ico,0", "HTTPS://attacker/x.cur", "file://attacker/s/x.ico,2", "  \\\\attacker\\s\\y.ico",
+        "\\/attacker\\s\\x.ico"};
+    static const char* const index[] = {",-1", ",65535", ",65536", ",-32769", ",2147483648", ",-99999999999999",
+                                        ",999999999999999999999", ",", ",x", ",--5", ",+7", ",0x10"};
+    switch (Pick(0, 9)) {
+      case 0:
+      case 1: return remote[Pick(0, 10)];
+      case 2: return std::string(Chance(50) ? "%ThemeDir%" : "%windir%") + remote[Pick(0, 10)];
+      case 3: return "C:\\Icons\\x.ico" + std::string(index[Pick(0, 11)]);
+      case 4: return std::string(static_cast<size_t>(Pick(100, 1500)), 'a') + index[Pick(0, 11)];
+      case 5: return "C:\\a" + std::string(1, '\0') + "\\\\attacker\\s,0";
+      case 6: return Random(200);
+      case 7: return "%WinSysDir%shell32.dll,3";
+      default: return "C:\\x\\" + Random(20) + ".ico," + std::to_string(Pick(-40000, 40000));
+    }
+  }
+
+  static std::string Utf16(const std::string& text) {
+    std::string out(text.size() * 2 + 2, '\0');
+    out[0] = '\xFF';
+    out[1] = '\xFE';
+    for (size_t i = 0; i < text.size(); ++i) out[2 + 2 * i] = text[i];
+    return out;
+  }
+
+  std::mt19937 rng_;
+  std::string section_;
+  static inline std::map<std::string, std::vector<std::string>> keys_;
+};
+
+class HostileThemes : public testing::TestWithParam<int> {};
+
+TEST_P(HostileThemes, NoCrashNoHangNoNetworkPath) {
+  vxtest::CatalogueRegistry registry;
+  vxtest::ScratchFolder folder("vxhostile");
+  const vx::Environment env = vxtest::Env("Win98", "4.72", true);
+  vxtest::RealLists real(env);
+  vx::ListBoxThemeLists realLists(real.lists);
+  Generator generate(20261123u + static_cast<unsigned>(GetParam()));
+  size_t refused = 0, changed = 0;
+  for (int i = 0; i < kFilesPerShard; ++i) {
+    const std::string file = folder.File(std::to_string(i) + ".vxtheme");
+    vxtest::WriteBytes(file, generate.File());
+    vxtest::RecordingLists lists(env);
+    for (auto load : {&vx::LoadTheme, &vx::ImportPlusTheme, &vx::ImportMotif}) {
+      const vx::LoadReport report = load(file, env, lists);
+      refused += report.refused.size();
+      if (i % kRealListsEvery == 0) load(file, env, realLists);
+    }
+    changed += lists.changes.size();
+    for (const auto& c : lists.changes) ASSERT_FALSE(LeavesTheMachine(c.location)) << i << ": " << c.location;
+    DeleteFileA(file.c_str());
+  }
+  // The generator planted both kinds often enough for the run to mean something.
+  EXPECT_GT(refused, static_cast<size_t>(kFilesPerShard));
+  EXPECT_GT(changed, static_cast<size_t>(kFilesPerShard) * 10);
+
+  for (const vx::IconItem& item : real.catalogue)
+    EXPECT_FALSE(LeavesTheMachine(realLists.ItemFullPath(item.tab, item.key))) << item.key;
+  for (const vx::Step& step : vx::BuildIconApplyPlan(env, real.catalogue, real.lists, {}))
+    EXPECT_FALSE(LeavesTheMachine(step.text)) << vx::Describe(step);
+}
+
+INSTANTIATE_TEST_SUITE_P(Shards, HostileThemes, testing::Range(0, kShards));
+
+}  // namespace

@@ -1,0 +1,190 @@
+// The own theme format: what a save writes (credits, sections and keys in order, each edition's
+// conditions, macros), that a load into a fresh run gives the same lists and the same Apply, and that
+// a save never removes what it does not write.
+#include <gtest/gtest.h>
+
+#include "icons/IconApply.h"
+#include "icons/IconFixtures.h"
+#include "themes/ThemeFile.h"
+#include "themes/ThemeFixtures.h"
+
+namespace {
+
+using Section = std::pair<std::string, std::vector<std::string>>;
+
+// The sections of a file and their keys, in file order.
+std::vector<Section> Layout(const std::string& bytes) {
+  std::vector<Section> sections;
+  size_t at = 0;
+  while (at < bytes.size()) {
+    size_t end = bytes.find('\n', at);
+    if (end == std::string::npos) end = bytes.size();
+    std::string line = bytes.substr(at, end - at);
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    at = end + 1;
+    if (line.size() > 1 && line.front() == '[') sections.push_back({line.substr(1, line.size() - 2), {}});
+    else if (!sections.empty() && line.find('=') != std::string::npos)
+      sections.back().second.push_back(line.substr(0, line.find('=')));
+  }
+  return sections;
+}
+
+std::vector<std::string> KeysOf(const std::vector<Section>& layout, const std::string& name) {
+  for (const auto& s : layout)
+    if (s.first == name) return s.second;
+  return {};
+}
+
+TEST(SaveTheme, CreditsThenEverySectionAndKeyInOrder) {
+  vxtest::ScratchFolder folder("vxsave");
+  const std::string file = folder.File("all.vxtheme");
+  const vx::Environment env = vxtest::Env("Win98", "4.72", true);
+  vxtest::RecordingLists lists(env);
+  vx::SaveThemeFile(file, env, lists);
+  const auto layout = Layout(vxtest::ReadBytes(file));
+
+  std::vector<std::string> names;
+  for (const auto& s : layout) names.push_back(s.first);
+  EXPECT_EQ(names, (std::vector<std::string>{"Software Credits", "Desktop Icons", "Start Icons", "Folder Icons",
+                                             "Drive Icons", "Other Icons", "System Icons", "Pointers"}));
+  EXPECT_EQ(KeysOf(layout, "Software Credits"),
+            (std::vector<std::string>{"Software", "Company", "Author", "Website", "Email"}));
+  char value[128] = {};
+  GetPrivateProfileStringA("Software Credits", "Software", "", value, sizeof value, file.c_str());
+  EXPECT_STREQ(value, "Vexillor 2.06");
+  GetPrivateProfileStringA("Software Credits", "Email", "", value, sizeof value, file.c_str());
+  EXPECT_STREQ(value, "vexillor@quenby.example");
+
+  EXPECT_EQ(KeysOf(layout, "Desktop Icons"),
+            (std::vector<std::string>{"My Computer", "My Documents", "Network Neighborhood", "The Internet", "In Box",
+                                      "My Briefcase", "Recycle Bin (empty)", "Recycle Bin (full)"}));
+  EXPECT_EQ(KeysOf(layout, "Start Icons"),
+            (std::vector<std::string>{"Programs", "Favorites", "Documents", "Settings", "Find", "Help", "Run...",
+                                      "Log Off...", "Suspend", "Shut Down...", "Settings | Control Panel",
+                                      "Settings | Printers"}));
+  EXPECT_EQ(KeysOf(layout, "Folder Icons"),
+            (std::vector<std::string>{"Closed Folder", "Open Folder", "Program Group", "Control Panel",
+                                      "Dial-Up Networking", "Printers", "Url History Folder", "Favorites",
+                                      "Subscriptions", "ActiveX Cache", "Scheduled Tasks"}));
+  EXPECT_EQ(KeysOf(layout, "Drive Icons"),
+            (std::vector<std::string>{"Floppy Drive (5.25)", "Floppy Drive (3.5)", "Hard Drive", "Network Drive",
+                                      "Network Drive (offline)", "CD-ROM Drive", "Removeable Drive", "RAM Drive"}));
+  EXPECT_EQ(KeysOf(layout, "Other Icons"),
+            (std::vector<std::string>{"Shortcut Overlay", "Sharing", "Desktop", "Entire Network", "Workgroup",
+                                      "Computer", "Audio CD"}));
+  EXPECT_EQ(KeysOf(layout, "System Icons").size(), 18u);
+  EXPECT_EQ(KeysOf(layout, "Pointers"),
+            (std::vector<std::string>{"Normal Select", "Help Select", "Working In Background", "Busy",
+                                      "Precision Select", "Text Select", "Handwriting", "Unavailable",
+                                      "Vertical Resize", "Horizontal Resize", "Diagonal Resize 1",
+                                      "Diagonal Resize 2", "Move", "Alternate Select", "Hand"}));
+}
+
+TEST(SaveTheme, EditionConditions) {
+  const struct {
+    const char* edition;
+    bool desktopUpdate;
+    std::vector<std::string> present, absent;
+  } cases[] = {
+      {"Win95", false, {"Programs"}, {"Hand", "My Documents", "Log Off...", "Users Program Group",
+                                      "Subscriptions", "ActiveX Cache", "Scheduled Tasks"}},
+      {"Win98", false, {"Hand", "My Documents"}, {"Users Program Group", "Log Off...", "Subscriptions"}},
+      {"WinNT", true, {"Users Program Group", "Log Off...", "Subscriptions", "Scheduled Tasks"}, {"Hand", "My Documents"}},
+  };
+  vxtest::ScratchFolder folder("vxeditions");
+  for (const auto& c : cases) {
+    const std::string file = folder.File(std::string(c.edition) + ".vxtheme");
+    const vx::Environment env = vxtest::Env(c.edition, c.desktopUpdate ? "4.72" : "Error", c.desktopUpdate);
+    vxtest::RecordingLists lists(env);
+    for (const vx::ItemRow& r : vx::ItemTable()) lists.items[{r.tab, r.key}] = "C:\\Any\\x.ico,1";  // even unlisted
+    vx::SaveThemeFile(file, env, lists);
+    std::vector<std::string> keys;
+    for (const auto& s : Layout(vxtest::ReadBytes(file))) keys.insert(keys.end(), s.second.begin(), s.second.end());
+    auto has = [&](const std::string& k) { return std::find(keys.begin(), keys.end(), k) != keys.end(); };
+    for (const auto& k : c.present) EXPECT_TRUE(has(k)) << c.edition << " " << k;
+    for (const auto& k : c.absent) EXPECT_FALSE(has(k)) << c.edition << " " << k;
+  }
+}
+
+TEST(LoadTheme, ReadsHandEverywhereAndOnlyWhatTheEditionReads) {
+  vxtest::ScratchFolder folder("vxload");
+  const std::string file = folder.File("98.vxtheme");
+  const vx::Environment win98 = vxtest::Env("Win98");
+  vxtest::RecordingLists saved(win98);
+  saved.items[{vx::kTabPointers, "Hand"}] = "C:\\Cursors\\hand.cur,0";
+  saved.items[{vx::kTabDesktop, "My Documents"}] = "C:\\Icons\\docs.ico,2";
+  vx::SaveThemeFile(file, win98, saved);
+
+  const vx::Environment win95 = vxtest::Env("Win95");
+  vxtest::RecordingLists loaded(win95);
+  loaded.items[{vx::kTabPointers, "Hand"}] = "";        // a list that holds Hand on Windows 95 gets it
+  loaded.items[{vx::kTabDesktop, "My Documents"}] = "";  // but My Documents is not read there
+  const vx::LoadReport report = vx::LoadTheme(file, win95, loaded);
+  EXPECT_EQ(loaded.items[(std::pair<int, std::string>{vx::kTabPointers, "Hand"})], "C:\\Cursors\\hand.cur,0");
+  EXPECT_EQ(loaded.items[(std::pair<int, std::string>{vx::kTabDesktop, "My Documents"})], "");
+  EXPECT_TRUE(report.refused.empty());
+  // Only the pointer list is redrawn by a load.
+  EXPECT_EQ(loaded.refreshed, std::vector<int>{vx::kTabPointers});
+}
+
+TEST(SaveTheme, KeysASaveSkipsKeepTheirOldValues) {
+  vxtest::ScratchFolder folder("vxover");
+  const std::string file = folder.File("mix.vxtheme");
+  const vx::Environment env = vxtest::Env("Win98");
+  vxtest::RecordingLists first(env);
+  vx::SaveThemeFile(file, env, first);
+
+  vxtest::RecordingLists second(env);
+  for (auto& [k, v] : second.items) v = "D:\\New\\" + k.second + ".ico,7";
+  second.items[{vx::kTabDesktop, "In Box"}] = "";
+  second.items[{vx::kTabPointers, "Busy"}] = env.exePath + ",4";
+  vx::SaveThemeFile(file, env, second);
+
+  vxtest::RecordingLists loaded(env);
+  vx::LoadTheme(file, env, loaded);
+  EXPECT_EQ(loaded.ItemFullPath(vx::kTabDesktop, "In Box"), "C:\\Before\\In Box.ico,1");
+  EXPECT_EQ(loaded.ItemFullPath(vx::kTabPointers, "Busy"), "C:\\Before\\Busy.ico,1");
+  EXPECT_EQ(loaded.ItemFullPath(vx::kTabDesktop, "My Computer"), "D:\\New\\My Computer.ico,7");
+}
+
+// Every item given a location of its own (in the system folder, the Windows folder, the theme's folder
+// and elsewhere), saved, and loaded into a fresh set of lists: the same locations, the same Apply.
+TEST(ThemeRoundTrip, EachEditionGivesTheSameListsAndTheSameApply) {
+  vxtest::CatalogueRegistry registry;
+  vxtest::ScratchFolder folder("vxround");
+  const struct {
+    const char* edition;
+    bool desktopUpdate;
+  } editions[] = {{"Win95", false}, {"Win98", true}, {"WinNT", false}, {"WinNT", true}};
+  for (const auto& e : editions) {
+    const vx::Environment env = vxtest::Env(e.edition, e.desktopUpdate ? "4.71" : "Error", e.desktopUpdate);
+    const std::string file = folder.File(std::string(e.edition) + (e.desktopUpdate ? "u" : "") + ".vxtheme");
+    vxtest::RealLists source(env);
+    vx::ListBoxThemeLists sourceLists(source.lists);
+    int n = 0;
+    for (const vx::IconItem& item : source.catalogue) {
+      if (item.tab == vx::kTabExplorer) continue;
+      const std::string places[] = {env.systemFolder + "\\shell32.dll", env.windowsFolder + "\\Icons\\a.ico",
+                                    folder.File("b.ico"), "E:\\Elsewhere\\c.ico"};
+      sourceLists.Change(item.tab, item.key, places[n % 4] + "," + std::to_string(n % 40));
+      ++n;
+    }
+    vx::SaveThemeFile(file, env, sourceLists);
+    const std::string bytes = vxtest::ReadBytes(file);
+    EXPECT_NE(bytes.find("=%WinSysDir%shell32.dll,"), std::string::npos);
+    EXPECT_NE(bytes.find("=%WinDir%Icons\\a.ico,"), std::string::npos);
+    EXPECT_NE(bytes.find("=%ThemeDir%b.ico,"), std::string::npos);
+
+    vxtest::RealLists fresh(env);
+    vx::ListBoxThemeLists freshLists(fresh.lists);
+    vx::LoadTheme(file, env, freshLists);
+    for (const vx::IconItem& item : source.catalogue)
+      EXPECT_EQ(freshLists.ItemFullPath(item.tab, item.key), sourceLists.ItemFullPath(item.tab, item.key))
+          << e.edition << " " << item.key;
+    EXPECT_EQ(vx::BuildIconApplyPlan(env, fresh.catalogue, fresh.lists, {}),
+              vx::BuildIconApplyPlan(env, source.catalogue, source.lists, {}))
+        << e.edition;
+  }
+}
+
+}  // namespace
