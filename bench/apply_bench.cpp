@@ -119,6 +119,7 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR cmdLine, int) {
     journaled.push_back(Millis([&] {
       vx::Journal journal(journalPath, vx::Journal::kApply);
       vx::Execute(writes, &journal);
+      journal.Complete();
     }));
     cursors.push_back(Millis([&] { vx::Run(notifications); }));
     rebuild.push_back(Millis(

@@ -1,6 +1,7 @@
 #include "app/ApplyRun.h"
 
 #include "icons/Refresh.h"
+#include "system/Keys.h"
 
 namespace vx {
 
@@ -19,6 +20,14 @@ Plan BuildApplyPlan(const ApplyInput& input, const RunFlags& flags) {
 
 ApplyResult RunApply(const ApplyInput& input, RunFlags& flags) {
   ApplyResult result = Execute(BuildApplyPlan(input, flags), input.journal);
+  if (!result.stopped && flags.rebuildCachePending) {
+    // The rebuild writes the icon size itself (creating it when it was missing): what it found goes
+    // into the undo record too, to be put back first.
+    const Plan back = PutBackLater(kWindowMetricsKey, "Shell Icon Size");
+    result.undo.plan.insert(result.undo.plan.begin(), back.begin(), back.end());
+    if (input.journal) input.journal->Extend(back);
+  }
+  if (input.journal) input.journal->Complete();
   if (result.stopped) return result;
   if (flags.rebuildCachePending) RebuildIconCache(input.env, flags, input.refreshFolderTree);
   if (flags.restartNeeded) PromptRestart(input.env, flags);

@@ -26,12 +26,16 @@ std::optional<ApplyResult> UndoLastApply(const Environment& env, RunFlags& flags
   if (!record) return std::nullopt;
   Journal journal(path, record->kind == Journal::kUndo ? Journal::kApply : Journal::kUndo);
   ApplyResult result = Execute(record->undo, &journal);
+  journal.Complete();
+  // The shell is refreshed as Apply refreshes it, and the icon size left exactly as the undo put it.
+  const Plan size = PutBackLater(kWindowMetricsKey, "Shell Icon Size");
   if (quiet) {
     Run(BuildRebuildPlan(modRegistry::GetString(kWindowMetricsKey, "Shell Icon Size")));
     flags.rebuildCachePending = false;
   } else {
     RebuildIconCache(env, flags, refreshFolderTree);
   }
+  Run(size);
   return result;
 }
 

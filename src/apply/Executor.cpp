@@ -296,6 +296,10 @@ bool DecodeKeyTree(std::string_view text, KeyTree& tree) {
 
 void SetStepHook(StepHook hook) { Hook() = std::move(hook); }
 
+Plan PutBackLater(const std::string& key, const std::string& value) {
+  return UndoOfValue(SetString(key, value, ""), modRegistry::ReadPrevious(key, {value})[0]);
+}
+
 ApplyResult Execute(const Plan& plan, Journal* journal) {
   ApplyResult result;
   if (plan.empty()) return result;
@@ -319,9 +323,7 @@ ApplyResult Execute(const Plan& plan, Journal* journal) {
     if (journal) journal->Done(i);
   }
   writer.Close();
-  // A run that ends here, stopped or not, is complete: only a program killed in its middle leaves an
-  // incomplete journal behind.
-  if (journal) journal->Complete();
+  // A run that ends here, stopped or not, is finished: the caller marks its journal complete.
   result.undo.plan = captured.UndoUpTo(plan, last);
   return result;
 }

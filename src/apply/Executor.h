@@ -37,9 +37,12 @@ struct ApplyResult {
 class Journal;
 
 // What every step is about to replace is read before the first step runs; with a journal, the plan and
-// that undo record are on disk before anything is changed, each step is marked when it has run, and
-// the journal is marked complete when the run ends (stopped or not).
+// that undo record are on disk before anything is changed and each step is marked when it has run; the
+// caller marks the journal complete once everything that belongs to the run is done.
 ApplyResult Execute(const Plan& plan, Journal* journal = nullptr);
+// The steps that put one value back as it is now (its type and bytes, or its absence), read now.
+Plan PutBackLater(const std::string& key, const std::string& value);
+
 // Carries out every step without recording anything (for writes that put themselves back, and undo
 // plans). Throwing steps are passed over like failing ones; returns the failures.
 std::vector<StepFailure> Run(const Plan& plan);

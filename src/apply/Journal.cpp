@@ -9,7 +9,7 @@ namespace vx {
 namespace {
 
 constexpr char kMagic[] = "VXJ1";
-constexpr char kDone = 'D', kComplete = 'C';
+constexpr char kDone = 'D', kComplete = 'C', kExtend = 'X';
 
 void PutStep(std::string& out, const Step& s) {
   using namespace codec;
@@ -118,6 +118,12 @@ void Journal::Done(size_t step) {
   Append(mark, false);  // a killed program still leaves it in the file; a power failure may lose it, harmlessly
 }
 
+void Journal::Extend(const Plan& undoFirst) {
+  std::string more(1, kExtend);
+  PutPlan(more, undoFirst);
+  Append(more, true);
+}
+
 void Journal::Complete() {
   // Not flushed: a killed program still leaves the mark in the file, and should a power failure lose
   // it, the next start merely offers to put back an Apply that had finished.
@@ -145,8 +151,11 @@ std::optional<JournalRecord> ReadJournal(const std::string& path) {
   char tag = 0;
   while (r.Tag(tag)) {
     uint32_t step = 0;
+    Plan first;
     if (tag == kComplete) {
       rec.complete = true;
+    } else if (tag == kExtend && GetPlan(r, first)) {
+      rec.undo.insert(rec.undo.begin(), first.begin(), first.end());
     } else if (tag == kDone && r.Number(step)) {
       if (step < rec.done.size()) rec.done[step] = true;
     } else {

@@ -26,6 +26,9 @@ class Journal {
   // not be written (the run goes on without a journal).
   bool Begin(const Plan& plan, const Plan& undo);
   void Done(size_t step);
+  // Steps that the undo must run before the rest (for writes made after the run, such as the cache
+  // rebuild's), flushed to disk.
+  void Extend(const Plan& undoFirst);
   void Complete();
 
  private:

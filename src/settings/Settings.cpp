@@ -268,6 +268,7 @@ Plan BuildSettingsPlan(const SettingsModel& model, const Environment& env, int c
     // From "MenuShowDelay" on, a step that fails is passed over (a folder that is already there, ...).
     constexpr int kSkippableFrom = 29;
     Plan steps = RowSteps(*r, model, env, currentTab);
+    for (Step& step : steps) step.label = "the setting \"" + r->key + "\"";  // for reports of failed writes
     Append(plan, r->writePos >= kSkippableFrom ? Skippable(std::move(steps)) : steps);
   }
   return plan;

@@ -14,6 +14,8 @@
 #include "icons/IconApply.h"
 #include "registry/modRegistry.h"
 #include "resource.h"
+#include "settings/SettingsFixture.h"
+#include "settings/SettingsTree.h"
 #include "support/KeySnapshot.h"
 #include "support/RegistryScope.h"
 #include "support/ScriptedSeam.h"
@@ -23,14 +25,13 @@ namespace {
 
 using vx::Main;
 
-// Every key an Apply of the window's lists touches, with everything in it (a missing key as such). The
-// icon cache rebuild puts the icon size back itself, as text, and is no part of what Apply records.
+// Every key an Apply of the window's lists touches, with everything in it (a missing key as such).
 struct Touched {
   std::vector<std::string> keys;
   explicit Touched(const vx::Plan& plan) {
-    std::set<std::string> seen;
+    std::set<std::string> seen{vx::kWindowMetricsKey};  // the cache rebuild writes the icon size
     for (const vx::Step& s : plan)
-      if (!s.key.empty()) seen.insert(s.key);
+      if (s.key.rfind("HKEY_", 0) == 0) seen.insert(s.key);
     keys.assign(seen.begin(), seen.end());
   }
   std::vector<std::string> State() const {
@@ -107,6 +108,51 @@ TEST_F(Undo, UndoPutsBackEveryKeyExactlyAndASecondUndoRedoes) {
   EXPECT_EQ(touched.State(), applied);
   m->OnCommand(IDM_TOOLS_UNDO);
   EXPECT_EQ(touched.State(), before);
+}
+
+// Settings toggled on the Shell tab as well as icons changed on every tab: keys, values, folders and
+// system parameters all come back as they were.
+TEST_F(Undo, SettingsAndIconsComeBackTogether) {
+  vxtest::SettingsScope settings;
+  modRegistry::SaveDword(vx::kSettingsKey, "Dialog Rebuild", 1);
+  auto m = Open();
+  m->SelectTab(vx::kTabShell);
+  ASSERT_TRUE(m->flags.treeFilled);
+  vx::SettingsTree& tree = m->settingsTree();
+  const std::string panel = std::string("Control Panel.") + vx::clsid::kControlPanel;
+  for (const std::string& key :
+       std::vector<std::string>{"Font Smoothing", "Quick View", "\"Shortcut to\" Prefix on New Shortcuts", panel}) {
+    ASSERT_TRUE(tree.SelectKey(key)) << key;
+    SendMessageA(tree.page().tree(), WM_KEYDOWN, VK_SPACE, 0);
+  }
+  tree.SelectKey("Double Click Width");
+  SendMessageA(tree.page().hwnd(), WM_VSCROLL, SB_PAGEUP, reinterpret_cast<LPARAM>(tree.page().scrollBar()));
+  EditEveryTab(*m);
+
+  const vx::IconLists lists = m->Lists();
+  const vx::ListBoxValues values(lists);
+  const vx::Plan plan = vx::BuildApplyPlan(m->MakeApplyInput(values), m->flags);
+  const Touched touched(plan);
+  vxtest::KeySnapshot snapshot(touched.keys);
+  auto state = [&] {
+    std::vector<std::string> v = touched.State();
+    v.push_back(GetFileAttributesA(settings.Cascade(panel).c_str()) == INVALID_FILE_ATTRIBUTES ? "no folder" : "folder");
+    BOOL smoothing = FALSE;
+    SystemParametersInfoA(SPI_GETFONTSMOOTHING, 0, &smoothing, 0);
+    v.push_back(std::to_string(smoothing) + " " + std::to_string(GetSystemMetrics(SM_CXDOUBLECLK)));
+    return v;
+  };
+  const auto before = state();
+  m->OnCommand(IDC_APPLY);
+  ASSERT_TRUE(m->lastApply().ok()) << vx::Describe(m->lastApply().failures[0].step);
+  const auto applied = state();
+  EXPECT_NE(applied, before);
+  m->OnCommand(IDM_TOOLS_UNDO);
+  EXPECT_EQ(state(), before);
+  m->OnCommand(IDM_TOOLS_UNDO);
+  EXPECT_EQ(state(), applied);
+  m->OnCommand(IDM_TOOLS_UNDO);
+  EXPECT_EQ(state(), before);
 }
 
 TEST_F(Undo, ReviewListsExactlyWhatApplyThenWrites) {
