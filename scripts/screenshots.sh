@@ -65,7 +65,7 @@ start() {  # start TAB [ARGS...]: the program at a tab, waiting for its window
 }
 reg add 'HKCU\Software\Wine\AppDefaults\vexillor.exe' /v Version /d win98 /f
 
-for shot in 3:tab-start 5:tab-drives 8:tab-explorer 9:tab-pointers; do
+for shot in 1:tab-shell 3:tab-start 5:tab-drives 8:tab-explorer 9:tab-pointers; do
   start "${shot%%:*}"
   shoot '^Vexillor$' "${shot#*:}.png"
   restart_wine
@@ -79,6 +79,12 @@ restart_wine
 start 2
 keys alt+h a
 shoot '^About Vexillor$' about.png
+restart_wine
+
+# Review Changes after one edit: Default Icon on the Start tab's first row, then Tools, Review Changes.
+start 3
+keys alt+d alt+t v
+shoot '^Review Changes$' review.png
 restart_wine
 
 # What's This? on the Change button: Shift+F1, then a click on the button.
