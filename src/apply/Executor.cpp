@@ -5,6 +5,7 @@
 #include <cstring>
 #include <exception>
 #include <map>
+#include <set>
 
 #include "apply/Journal.h"
 
@@ -178,6 +179,14 @@ Captured Capture(const Plan& plan) {
     const std::vector<modRegistry::Previous> previous = modRegistry::ReadPrevious(key, names);
     for (size_t j = 0; j < steps.size(); ++j) c.fragments[steps[j]] = UndoOfValue(plan[steps[j]], previous[j]);
   }
+  // A key that several steps would create is taken back by the first of them alone (its undo runs
+  // last, after the later steps' keys below it are gone); a second deletion would find it still
+  // holding those subkeys and fail.
+  std::set<std::string> created;
+  for (Plan& fragment : c.fragments)
+    std::erase_if(fragment, [&](const Step& s) {
+      return s.kind == StepKind::DeleteKey && !created.insert(s.key + "\\" + s.value).second;
+    });
   return c;
 }
 
