@@ -113,6 +113,53 @@ struct Lists {
   }
 };
 
+// Main::Create timed window by window: a CBT hook notes the moment each window is about to be created,
+// so the time between two creations is the work the program did in between (its controls, menus,
+// filling, reads). The marks of the last round are kept.
+struct Mark {
+  Clock::time_point at;
+  std::string what;
+};
+std::vector<Mark> g_marks;
+
+LRESULT CALLBACK NoteCreation(int code, WPARAM wp, LPARAM lp) {
+  if (code == HCBT_CREATEWND) {
+    auto* create = reinterpret_cast<CBT_CREATEWNDA*>(lp);
+    char cls[64] = "?";
+    if (!IS_INTRESOURCE(create->lpcs->lpszClass)) lstrcpynA(cls, create->lpcs->lpszClass, sizeof cls);
+    else GetClassNameA(reinterpret_cast<HWND>(wp), cls, sizeof cls);
+    g_marks.push_back({Clock::now(), cls});
+  }
+  return CallNextHookEx(nullptr, code, wp, lp);
+}
+
+// The longest stretches between window creations during Main::Create, longest first.
+std::string Stretches(Clock::time_point start, Clock::time_point end, size_t shown) {
+  struct Stretch {
+    double ms;
+    std::string from, to;
+  };
+  std::vector<Stretch> all;
+  std::string from = "start", last;
+  Clock::time_point t = start;
+  for (const Mark& m : g_marks) {
+    all.push_back({std::chrono::duration<double, std::milli>(m.at - t).count(), from, m.what});
+    t = m.at;
+    from = m.what;
+  }
+  all.push_back({std::chrono::duration<double, std::milli>(end - t).count(), from, "end of Create"});
+  std::sort(all.begin(), all.end(), [](const Stretch& a, const Stretch& b) { return a.ms > b.ms; });
+  std::string text;
+  char line[200];
+  for (size_t i = 0; i < all.size() && i < shown; ++i) {
+    std::snprintf(line, sizeof line, "      %7.2f ms after creating %s, before %s\n", all[i].ms, all[i].from.c_str(),
+                  all[i].to.c_str());
+    text += line;
+  }
+  std::snprintf(line, sizeof line, "      (%zu windows created)\n", g_marks.size());
+  return text + line;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -135,6 +182,7 @@ int main(int argc, char** argv) {
   INITCOMMONCONTROLSEX icc{sizeof icc, ICC_WIN95_CLASSES | ICC_BAR_CLASSES | ICC_TAB_CLASSES | ICC_TREEVIEW_CLASSES};
   InitCommonControlsEx(&icc);
   std::vector<double> envT, readsT, listsT, fillT, allRowsT, createT, paintT;
+  Clock::time_point createStart, createEnd;
   for (int i = 0; i < rounds; ++i) {
     vx::Environment env;
     envT.push_back(Millis([&] { env = vx::DetectEnvironment(); }));
@@ -149,7 +197,12 @@ int main(int argc, char** argv) {
     }
     {
       vx::Main main;
+      g_marks.clear();
+      HHOOK hook = SetWindowsHookExA(WH_CBT, NoteCreation, nullptr, GetCurrentThreadId());
+      createStart = Clock::now();
       createT.push_back(Millis([&] { main.Create(env, "", false); }));
+      createEnd = Clock::now();
+      UnhookWindowsHookEx(hook);
       paintT.push_back(Millis([&] {
         RedrawWindow(main.hwnd(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
         Pump();
@@ -159,7 +212,7 @@ int main(int argc, char** argv) {
     }
   }
 
-  char text[1600];
+  char text[4000];
   std::snprintf(
       text, sizeof text,
       "startup_bench: %d rounds, interleaved, medians, from CreateProcess to an idle window\n"
@@ -174,10 +227,11 @@ int main(int argc, char** argv) {
       "    drawing every row, were it done now   %7.2f ms  (what waiting saves)\n"
       "    Main::Create (window, controls, Form_Load) %7.2f ms\n"
       "    first paint of the window             %7.2f ms\n"
+      "    Main::Create's longest stretches between window creations (last round):\n%s"
       "start-up / fair baseline: %.2f\n"
       "start-up / bare window: %.2f\n",
       rounds, vex, fair, bare, Median(envT), Median(readsT), Median(listsT), Median(fillT), Median(allRowsT),
-      Median(createT), Median(paintT), fair > 0 ? vex / fair : 0.0, bare > 0 ? vex / bare : 0.0);
+      Median(createT), Median(paintT), Stretches(createStart, createEnd, 8).c_str(), fair > 0 ? vex / fair : 0.0, bare > 0 ? vex / bare : 0.0);
   std::fputs(text, stdout);
   if (argc > 2)
     if (FILE* f = std::fopen(argv[2], "w")) {

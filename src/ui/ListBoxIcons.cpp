@@ -156,9 +156,11 @@ struct ListBoxIcons::Impl {
     LRESULT HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override {
       switch (msg) {
         case WM_PAINT:
+          impl_.EnsureBuffer();
           impl_.DrawSeenRows();
           return impl_.buffer.Paint(hwnd(), msg, wp);
         case WM_PRINTCLIENT:
+          impl_.EnsureBuffer();
           impl_.DrawOwed(0, impl_.count - 1);
           return impl_.buffer.Paint(hwnd(), msg, wp);
         case WM_ERASEBKGND:
@@ -230,9 +232,16 @@ struct ListBoxIcons::Impl {
   FontHandle font;
   int scrollWidth = 17;
 
-  // lstMain's picture, kept so that WM_PAINT can show rows drawn one at a time long before.
+  // lstMain's picture, kept so that WM_PAINT can show rows drawn one at a time long before. It takes
+  // the surface's size only when something is drawn or shown: filling a list grows the surface a row
+  // at a time, and a new picture each time would be copied over and over.
   BackBuffer buffer;
   int surfW = 0, surfH = kEmptyHeight;
+
+  void EnsureBuffer() {
+    const int w = std::max(1, surfW), h = std::max(1, surfH);
+    if (buffer && (buffer.width() != w || buffer.height() != h)) buffer.Resize(w, h, true);
+  }
 
   int scrollValue = 0, scrollMax = 0;
   bool pressed = false, dblClicked = false;
@@ -325,6 +334,7 @@ struct ListBoxIcons::Impl {
 
   void DrawRowNormal(int row) {
     if (!buffer) return;
+    EnsureBuffer();
     const Item& item = Slot(row);
     DrawOwedAround(row);
     const int top = row * kRow;
@@ -341,6 +351,7 @@ struct ListBoxIcons::Impl {
   }
 
   void DrawHighlight() {
+    EnsureBuffer();
     DrawOwedAround(SelectedRow());
     HDC dc = buffer.dc();
     Band(dc, sel.left, sel.top, sel.right, sel.bottom, GetSysColor(COLOR_HIGHLIGHT));
@@ -482,7 +493,6 @@ struct ListBoxIcons::Impl {
 
   void SetSurfaceSize(int w, int h) {
     const bool widthChanged = w != surfW;
-    buffer.Resize(std::max(1, w), std::max(1, h), true);
     surfW = w;
     surfH = h;
     if (surface.hwnd())
@@ -516,6 +526,7 @@ struct ListBoxIcons::Impl {
 
   void DrawOwed(int first, int last) {
     if (!buffer) return;
+    EnsureBuffer();
     for (int r = std::max(first, 0); r <= std::min(last, count - 1); ++r) {
       Pending& p = owed[static_cast<size_t>(r)];
       if (!p.owed) continue;
@@ -704,6 +715,7 @@ int ListBoxIcons::ScrollValue() const { return impl_->scrollValue; }
 int ListBoxIcons::ScrollMax() const { return impl_->scrollMax; }
 
 COLORREF ListBoxIcons::Pixel(int x, int y) const {
+  impl_->EnsureBuffer();
   if (y >= 0) impl_->DrawOwedAround(y / kRow);  // read as it will be seen
   return impl_->buffer.Pixel(x, y);
 }
