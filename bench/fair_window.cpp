@@ -112,10 +112,12 @@ int WINAPI WinMain(HINSTANCE inst, HINSTANCE, LPSTR, int) {
                                            IMAGE_BITMAP, LR_CREATEDIBSECTION);
   SendMessageA(toolbar, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(images));
   std::vector<TBBUTTON> buttons(10);
-  for (int i = 0; i < 10; ++i) buttons[static_cast<size_t>(i)] = TBBUTTON{i, 2000 + i, TBSTATE_ENABLED, BTNS_BUTTON, {}, 0, -1};
+  for (int i = 0; i < 10; ++i)
+    buttons[static_cast<size_t>(i)] = TBBUTTON{i, 2000 + i, TBSTATE_ENABLED, BTNS_BUTTON, {}, 0, -1};
   SendMessageA(toolbar, TB_ADDBUTTONS, buttons.size(), reinterpret_cast<LPARAM>(buttons.data()));
 
-  HWND tab = Child(0, WC_TABCONTROLA, "", WS_TABSTOP | WS_CLIPSIBLINGS, 6, 34, kClientWidth - 12, 340, main, IDC_TABSTRIP);
+  HWND tab = Child(0, WC_TABCONTROLA, "", WS_TABSTOP | WS_CLIPSIBLINGS, 6, 34, kClientWidth - 12, 340, main,
+                   IDC_TABSTRIP);
   SendMessageA(tab, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
   for (int i = 0; i < 9; ++i) {
     TCITEMA item{};

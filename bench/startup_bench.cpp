@@ -231,7 +231,8 @@ int main(int argc, char** argv) {
       "start-up / fair baseline: %.2f\n"
       "start-up / bare window: %.2f\n",
       rounds, vex, fair, bare, Median(envT), Median(readsT), Median(listsT), Median(fillT), Median(allRowsT),
-      Median(createT), Median(paintT), Stretches(createStart, createEnd, 8).c_str(), fair > 0 ? vex / fair : 0.0, bare > 0 ? vex / bare : 0.0);
+      Median(createT), Median(paintT), Stretches(createStart, createEnd, 8).c_str(), fair > 0 ? vex / fair : 0.0,
+      bare > 0 ? vex / bare : 0.0);
   std::fputs(text, stdout);
   if (argc > 2)
     if (FILE* f = std::fopen(argv[2], "w")) {

@@ -32,6 +32,7 @@ for exe in "$build"/bench/*_bench.exe; do
   echo "== $name"
   if printed=$("$root/scripts/wine-run.sh" "$exe" "${args[@]}" 2>/dev/null); then
     if [ -s "$out" ]; then printed=$(cat "$out"); fi
+    printed=$(tr -d '\r' <<<"$printed")  # files written under Wine end their lines in CR LF
     echo "$printed"
     all+="$printed"$'\n'
   else

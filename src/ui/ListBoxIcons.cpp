@@ -336,7 +336,8 @@ struct ListBoxIcons::Impl {
     if (!buffer) return;
     EnsureBuffer();
     const Item& item = Slot(row);
-    DrawOwedAround(row);
+    // The band covers all the row's owed drawing would, and the line below it in the same colour.
+    if (row >= 0 && row < count) owed[static_cast<size_t>(row)] = Pending{};
     const int top = row * kRow;
     // Covers the row and the first line below it, where an old highlight's band ended.
     Band(buffer.dc(), 0, top, surfW, top + kRow + 1, GetSysColor(COLOR_WINDOW));
@@ -352,7 +353,8 @@ struct ListBoxIcons::Impl {
 
   void DrawHighlight() {
     EnsureBuffer();
-    DrawOwedAround(SelectedRow());
+    // The row above owes a band whose last line is this row's first; the highlight must cover it.
+    DrawOwed(SelectedRow() - 1, SelectedRow());
     HDC dc = buffer.dc();
     Band(dc, sel.left, sel.top, sel.right, sel.bottom, GetSysColor(COLOR_HIGHLIGHT));
     DrawFocusRect(dc, &sel);
@@ -539,7 +541,7 @@ struct ListBoxIcons::Impl {
     }
   }
 
-  // Before drawing straight onto a row: what is owed there, and to the rows whose bands meet it.
+  // Before reading a row: what is owed there, and to the rows whose bands meet it.
   void DrawOwedAround(int row) { DrawOwed(row - 1, row + 1); }
 
   // The rows in the list's frame, for WM_PAINT (hidden tabs get no WM_PAINT at all).
@@ -636,7 +638,8 @@ void ListBoxIcons::AddItem(const std::string& caption, const std::string& iconPa
   item.listIndex = std::to_string(slot);
   ++m.count;
   // Drawn when first seen. Cursor files get no special case here: a new row shows the file's icon.
-  if (m.buffer) m.owed[static_cast<size_t>(slot)] = Impl::Pending{true, false, iconPath, caption, iconIndex, kCutWhenAdded};
+  if (m.buffer)
+    m.owed[static_cast<size_t>(slot)] = Impl::Pending{true, false, iconPath, caption, iconIndex, kCutWhenAdded};
   m.Repaint();
   m.UpdateScrollMax();
 }
