@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "app/Main.h"
+#include "apply/Journal.h"
 #include "icons/Catalogue.h"
 #include "system/Environment.h"
 #include "ui/ListBoxIcons.h"
@@ -181,7 +182,7 @@ int main(int argc, char** argv) {
   // Where Vexillor's start-up goes, phase by phase, in this process (medians of the same rounds).
   INITCOMMONCONTROLSEX icc{sizeof icc, ICC_WIN95_CLASSES | ICC_BAR_CLASSES | ICC_TAB_CLASSES | ICC_TREEVIEW_CLASSES};
   InitCommonControlsEx(&icc);
-  std::vector<double> envT, readsT, listsT, fillT, allRowsT, createT, paintT;
+  std::vector<double> envT, readsT, listsT, fillT, selectT, allRowsT, createT, paintT, journalT;
   Clock::time_point createStart, createEnd;
   for (int i = 0; i < rounds; ++i) {
     vx::Environment env;
@@ -193,8 +194,13 @@ int main(int argc, char** argv) {
       std::unique_ptr<Lists> lists;
       listsT.push_back(Millis([&] { lists = std::make_unique<Lists>(); }));
       fillT.push_back(Millis([&] { vx::Add_Icons(env, lists->lists); }));
+      selectT.push_back(Millis([&] {
+        for (auto* l : lists->lists)
+          if (l && l->Count() > 0) l->SelItemIndex(0);
+      }));
       allRowsT.push_back(Millis([&] { lists->DrawAll(); }));
     }
+    journalT.push_back(Millis([] { vx::JournalPath(); }));
     {
       vx::Main main;
       g_marks.clear();
@@ -224,13 +230,16 @@ int main(int argc, char** argv) {
       "    catalogue reads and icon counts       %7.2f ms\n"
       "    eight icon lists created              %7.2f ms\n"
       "    Add_Icons (rows drawn when seen)      %7.2f ms\n"
+      "    first row of each list selected       %7.2f ms\n"
       "    drawing every row, were it done now   %7.2f ms  (what waiting saves)\n"
+      "    the journal's path (SHGetFolderPathA), looked up by the recovery check %7.2f ms\n"
       "    Main::Create (window, controls, Form_Load) %7.2f ms\n"
       "    first paint of the window             %7.2f ms\n"
       "    Main::Create's longest stretches between window creations (last round):\n%s"
       "start-up / fair baseline: %.2f\n"
       "start-up / bare window: %.2f\n",
-      rounds, vex, fair, bare, Median(envT), Median(readsT), Median(listsT), Median(fillT), Median(allRowsT),
+      rounds, vex, fair, bare, Median(envT), Median(readsT), Median(listsT), Median(fillT), Median(selectT),
+      Median(allRowsT), Median(journalT),
       Median(createT), Median(paintT), Stretches(createStart, createEnd, 8).c_str(), fair > 0 ? vex / fair : 0.0,
       bare > 0 ? vex / bare : 0.0);
   std::fputs(text, stdout);
