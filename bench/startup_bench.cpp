@@ -115,8 +115,8 @@ struct Lists {
 };
 
 // Main::Create timed window by window: a CBT hook notes the moment each window is about to be created,
-// so the time between two creations is the work the program did in between (its controls, menus,
-// filling, reads). The marks of the last round are kept.
+// and the main window's placing and showing, so the time between two marks is the work the program did
+// in between (its controls, menus, filling, reads). The marks of the last round are kept.
 struct Mark {
   Clock::time_point at;
   std::string what;
@@ -130,6 +130,9 @@ LRESULT CALLBACK NoteCreation(int code, WPARAM wp, LPARAM lp) {
     if (!IS_INTRESOURCE(create->lpcs->lpszClass)) lstrcpynA(cls, create->lpcs->lpszClass, sizeof cls);
     else GetClassNameA(reinterpret_cast<HWND>(wp), cls, sizeof cls);
     g_marks.push_back({Clock::now(), cls});
+  } else if ((code == HCBT_ACTIVATE || code == HCBT_MOVESIZE) && !GetParent(reinterpret_cast<HWND>(wp))) {
+    // The main window placed (its saved position) and shown: the marks that split Form_Load.
+    g_marks.push_back({Clock::now(), code == HCBT_ACTIVATE ? "(window shown)" : "(window placed)"});
   }
   return CallNextHookEx(nullptr, code, wp, lp);
 }
