@@ -112,6 +112,16 @@ struct ListBoxIcons::Impl {
     int16_t iconIndex = 0;
   };
 
+  // A row's drawing that is owed until the row is first seen: what AddItem or a full redraw would have
+  // put there, taken down when it was asked for (a later Change does not alter it).
+  struct Pending {
+    bool owed = false;
+    bool band = false;  // a redraw starts from the window-coloured band; a new row does not
+    std::string path, caption;
+    int index = 0;
+    size_t keep = kCutWhenAdded;
+  };
+
   // The outer frame: lays out its two children and forwards the scroll bar's requests.
   class ContainerWindow : public Window {
    public:
@@ -146,7 +156,12 @@ struct ListBoxIcons::Impl {
     LRESULT HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override {
       switch (msg) {
         case WM_PAINT:
+          impl_.EnsureBuffer();
+          impl_.DrawSeenRows();
+          return impl_.buffer.Paint(hwnd(), msg, wp);
         case WM_PRINTCLIENT:
+          impl_.EnsureBuffer();
+          impl_.DrawOwed(0, impl_.count - 1);
           return impl_.buffer.Paint(hwnd(), msg, wp);
         case WM_ERASEBKGND:
           return 1;
@@ -204,6 +219,7 @@ struct ListBoxIcons::Impl {
   HWND scroll = nullptr;
 
   std::array<Item, kCapacity> items{};
+  std::array<Pending, kCapacity> owed{};
   int16_t count = 0;
   // Pixels of lstMain of the selected row: left 0, top row x 50, right width - 1, bottom top + 50.
   RECT sel{};
@@ -216,9 +232,16 @@ struct ListBoxIcons::Impl {
   FontHandle font;
   int scrollWidth = 17;
 
-  // lstMain's picture, kept so that WM_PAINT can show rows drawn one at a time long before.
+  // lstMain's picture, kept so that WM_PAINT can show rows drawn one at a time long before. It takes
+  // the surface's size only when something is drawn or shown: filling a list grows the surface a row
+  // at a time, and a new picture each time would be copied over and over.
   BackBuffer buffer;
   int surfW = 0, surfH = kEmptyHeight;
+
+  void EnsureBuffer() {
+    const int w = std::max(1, surfW), h = std::max(1, surfH);
+    if (buffer && (buffer.width() != w || buffer.height() != h)) buffer.Resize(w, h, true);
+  }
 
   int scrollValue = 0, scrollMax = 0;
   bool pressed = false, dblClicked = false;
@@ -311,7 +334,10 @@ struct ListBoxIcons::Impl {
 
   void DrawRowNormal(int row) {
     if (!buffer) return;
+    EnsureBuffer();
     const Item& item = Slot(row);
+    // The band covers all the row's owed drawing would, and the line below it in the same colour.
+    if (row >= 0 && row < count) owed[static_cast<size_t>(row)] = Pending{};
     const int top = row * kRow;
     // Covers the row and the first line below it, where an old highlight's band ended.
     Band(buffer.dc(), 0, top, surfW, top + kRow + 1, GetSysColor(COLOR_WINDOW));
@@ -326,6 +352,9 @@ struct ListBoxIcons::Impl {
   }
 
   void DrawHighlight() {
+    EnsureBuffer();
+    // The row above owes a band whose last line is this row's first; the highlight must cover it.
+    DrawOwed(SelectedRow() - 1, SelectedRow());
     HDC dc = buffer.dc();
     Band(dc, sel.left, sel.top, sel.right, sel.bottom, GetSysColor(COLOR_HIGHLIGHT));
     DrawFocusRect(dc, &sel);
@@ -466,7 +495,6 @@ struct ListBoxIcons::Impl {
 
   void SetSurfaceSize(int w, int h) {
     const bool widthChanged = w != surfW;
-    buffer.Resize(std::max(1, w), std::max(1, h), true);
     surfW = w;
     surfH = h;
     if (surface.hwnd())
@@ -479,9 +507,54 @@ struct ListBoxIcons::Impl {
     Repaint();
   }
 
+  // Every row is owed a full redraw, drawn when it is next seen. The extension carried from row to
+  // row is worked out now, in row order, as drawing them all at once would.
   void RedrawAll() {
-    for (int r = 0; r < count; ++r) DrawRowNormal(r);
+    for (int r = 0; r < count; ++r) {
+      const Item& item = items[static_cast<size_t>(r)];
+      const size_t dot = item.iconPath.find('.');
+      if (dot != std::string::npos) lastExt = item.iconPath.substr(dot + 1);
+      owed[static_cast<size_t>(r)] = Pending{true, true, item.iconPath, item.caption,
+                                             lastExt == "ani" ? 0 : item.iconIndex, kCutWhenRedrawn};
+    }
     if (highlightShown) DrawHighlight();
+  }
+
+  // --- rows drawn when first seen ------------------------------------------------------------------
+  // Extracting an icon is the dear part of a row, and most rows of most tabs are never scrolled to.
+  // A row's drawing is therefore owed until it is painted, read, or drawn over; owed drawings touch
+  // no pixel of another row except the band's first line below (window-coloured either way), so
+  // settling them late in any order leaves the picture they would have left at once.
+
+  void DrawOwed(int first, int last) {
+    if (!buffer) return;
+    EnsureBuffer();
+    for (int r = std::max(first, 0); r <= std::min(last, count - 1); ++r) {
+      Pending& p = owed[static_cast<size_t>(r)];
+      if (!p.owed) continue;
+      Pending todo = std::move(p);
+      p = Pending{};
+      const int top = r * kRow;
+      if (todo.band) Band(buffer.dc(), 0, top, surfW, top + kRow + 1, GetSysColor(COLOR_WINDOW));
+      DrawExtracted(todo.path, todo.index, top + kIconTop);
+      DrawCaption(todo.caption, r, todo.keep, GetSysColor(COLOR_WINDOWTEXT));
+    }
+  }
+
+  // Before reading a row: what is owed there, and to the rows whose bands meet it.
+  void DrawOwedAround(int row) { DrawOwed(row - 1, row + 1); }
+
+  // The rows in the list's frame, for WM_PAINT (hidden tabs get no WM_PAINT at all).
+  void DrawSeenRows() {
+    const int inner = InnerHeight();
+    if (inner <= 0) return;
+    DrawOwed(scrollValue / kRow - 1, (scrollValue + inner - 1) / kRow + 1);
+  }
+
+  int RowsOwed() const {
+    int n = 0;
+    for (int r = 0; r < count; ++r) n += owed[static_cast<size_t>(r)].owed;
+    return n;
   }
 
   void ApplySystemSettings() {
@@ -508,6 +581,7 @@ struct ListBoxIcons::Impl {
     LOGFONTA lf = CaptionFont(face);
     FontHandle f(CreateFontIndirectA(&lf));
     if (!f) return;
+    DrawOwed(0, count - 1);  // owed rows keep the font they were asked for in
     font = std::move(f);
     fontName = face;
   }
@@ -562,12 +636,10 @@ void ListBoxIcons::AddItem(const std::string& caption, const std::string& iconPa
   item.iconIndex = iconIndex;
   item.key = key;
   item.listIndex = std::to_string(slot);
-  if (m.buffer) {
-    // Cursor files get no special case here: a new row is drawn from the file's icon.
-    m.DrawExtracted(iconPath, iconIndex, slot * kRow + kIconTop);
-    m.DrawCaption(caption, slot, kCutWhenAdded, GetSysColor(COLOR_WINDOWTEXT));
-  }
   ++m.count;
+  // Drawn when first seen. Cursor files get no special case here: a new row shows the file's icon.
+  if (m.buffer)
+    m.owed[static_cast<size_t>(slot)] = Impl::Pending{true, false, iconPath, caption, iconIndex, kCutWhenAdded};
   m.Repaint();
   m.UpdateScrollMax();
 }
@@ -646,9 +718,12 @@ int ListBoxIcons::ScrollValue() const { return impl_->scrollValue; }
 int ListBoxIcons::ScrollMax() const { return impl_->scrollMax; }
 
 COLORREF ListBoxIcons::Pixel(int x, int y) const {
+  impl_->EnsureBuffer();
+  if (y >= 0) impl_->DrawOwedAround(y / kRow);  // read as it will be seen
   return impl_->buffer.Pixel(x, y);
 }
 
 int ListBoxIcons::CaptionWidth(const std::string& text) const { return impl_->TextWidth(text); }
+int ListBoxIcons::RowsOwed() const { return impl_->RowsOwed(); }
 
 }  // namespace ui

@@ -1,7 +1,8 @@
 #pragma once
 // ListBoxIcons: the owner-drawn list of icons with captions shown on every icon tab. At most 19
 // items, each with caption, icon file, icon index, key, list index and info tip. Rows are 50 pixels
-// high; icons are extracted, drawn and destroyed at once (no icon handle is kept).
+// high; a row is drawn when it is first seen, its icon extracted, drawn and destroyed at once (no icon
+// handle is kept).
 #include <windows.h>
 
 #include <cstdint>
@@ -83,6 +84,8 @@ class ListBoxIcons {
   // in the caption font.
   COLORREF Pixel(int x, int y) const;
   int CaptionWidth(const std::string& text) const;
+  // Rows whose drawing waits for them to be seen (painted or read through Pixel).
+  int RowsOwed() const;
 
  private:
   struct Impl;

@@ -1,0 +1,107 @@
+// The icon list draws a row when the row is first seen: rows out of view cost nothing until they are
+// painted or read, and the picture they leave is the one drawing them at once would have left.
+#include "UiTest.h"
+
+#include <functional>
+
+#include "ui/ListBoxIcons.h"
+
+using ui::ListBoxIcons;
+
+namespace {
+
+constexpr int kRow = ListBoxIcons::kRowHeight;
+
+// Every row read once: nothing is owed any more, as when every row was drawn the moment it was asked for.
+void SettleAll(ListBoxIcons& list) {
+  for (int r = 0; r < list.Count(); ++r) list.Pixel(0, r * kRow + 1);
+}
+
+void AddRows(ListBoxIcons& list, int n) {
+  const std::string captions[] = {"My Computer", "Microsoft Windows Network Neighborhood (entire)", "Recycle Bin"};
+  for (int i = list.Count(); i < n; ++i)
+    list.AddItem(captions[i % 3], i % 4 == 3 ? "C:\\no such file.ico" : vxtest::Shell32(), int16_t(i * 2 + 1),
+                 std::string(1, char('a' + i)));
+}
+
+// Steps a person and the program take, each run on a list that settles every row at once and on one
+// that leaves rows owed until the end; the two pictures must be the same pixel for pixel.
+TEST(LazyRows, ThePictureIsTheSameWhicheverOrderRowsAreFirstSeenIn) {
+  using Step = std::function<void(ListBoxIcons&)>;
+  const struct { const char* what; std::vector<Step> steps; } scripts[] = {
+      {"rows added", {[](ListBoxIcons& l) { AddRows(l, 12); }}},
+      {"added, then one selected",
+       {[](ListBoxIcons& l) { AddRows(l, 12); }, [](ListBoxIcons& l) { l.SelItemIndex(7); }}},
+      {"selected, then the list narrowed (every row drawn again)",
+       {[](ListBoxIcons& l) { AddRows(l, 9); }, [](ListBoxIcons& l) { l.SelItemIndex(4); },
+        [](ListBoxIcons& l) { l.Move(10, 10, 220, 280); }}},
+      {"changed before it was seen (the row shows what it was added with)",
+       {[](ListBoxIcons& l) { AddRows(l, 10); },
+        [](ListBoxIcons& l) { l.Change("i", vxtest::Shell32(), 40, "Changed"); }}},
+      {"refreshed, changed, refreshed again",
+       {[](ListBoxIcons& l) { AddRows(l, 8); }, [](ListBoxIcons& l) { l.ListRefresh(); },
+        [](ListBoxIcons& l) { l.Change("g", vxtest::Shell32(), 12, "Changed"); },
+        [](ListBoxIcons& l) { l.ListRefresh(); },
+        [](ListBoxIcons& l) { l.SelItemIndex(6); }, [](ListBoxIcons& l) { l.SelItemIndex(5); }}},
+      {"keys walk down past the view",
+       {[](ListBoxIcons& l) { AddRows(l, 14); }, [](ListBoxIcons& l) { l.SelItemIndex(0); },
+        [](ListBoxIcons& l) { for (int i = 0; i < 9; ++i) SendMessageA(l.surface(), WM_KEYDOWN, VK_DOWN, 0); },
+        [](ListBoxIcons& l) { l.ItemRefresh(); }}},
+  };
+  for (const auto& script : scripts) {
+    SCOPED_TRACE(script.what);
+    vxtest::HostWindow host;
+    ListBoxIcons atOnce, whenSeen;
+    ASSERT_TRUE(atOnce.Create(host.hwnd(), 100, 10, 10, 300, 280));
+    ASSERT_TRUE(whenSeen.Create(host.hwnd(), 101, 10, 10, 300, 280));
+    for (const Step& step : script.steps) {
+      step(atOnce);
+      SettleAll(atOnce);
+      step(whenSeen);
+    }
+    EXPECT_GT(whenSeen.RowsOwed(), 0) << "nothing was left to draw later";
+    ASSERT_EQ(atOnce.SurfaceHeight(), whenSeen.SurfaceHeight());
+    int differing = 0;
+    for (int r = whenSeen.Count() - 1; r >= 0; --r)  // read from the bottom: the reverse of drawing order
+      for (int y = r * kRow; y < r * kRow + kRow; ++y)
+        for (int x = 0; x < whenSeen.SurfaceWidth(); x += 2) differing += whenSeen.Pixel(x, y) != atOnce.Pixel(x, y);
+    EXPECT_EQ(differing, 0);
+    EXPECT_EQ(whenSeen.RowsOwed(), 0);
+  }
+}
+
+// Only the rows in the frame are drawn when the list is painted; scrolling draws the ones it brings
+// into view, and a hidden list (a tab not shown) draws none until it is shown.
+TEST(LazyRows, PaintingDrawsTheRowsInViewAndScrollingTheRestAsTheyCome) {
+  vxtest::HostWindow host;
+  ListBoxIcons shown, hidden;
+  ASSERT_TRUE(shown.Create(host.hwnd(), 100, 10, 10, 300, 280));
+  ASSERT_TRUE(hidden.Create(host.hwnd(), 101, 10, 10, 300, 280));
+  ShowWindow(hidden.hwnd(), SW_HIDE);
+  AddRows(shown, 19);
+  AddRows(hidden, 19);
+  EXPECT_EQ(shown.RowsOwed(), 19);
+  ui::DoEvents();
+  UpdateWindow(host.hwnd());
+  const int inView = 280 / kRow + 1;  // a part-seen row is drawn as well
+  EXPECT_GE(shown.RowsOwed(), 19 - inView - 1);
+  EXPECT_LE(shown.RowsOwed(), 19 - inView + 1);
+  EXPECT_EQ(hidden.RowsOwed(), 19);
+
+  SendMessageA(shown.hwnd(), WM_VSCROLL, SB_BOTTOM, 0);
+  ui::DoEvents();
+  UpdateWindow(host.hwnd());
+  const int owedAfterScroll = shown.RowsOwed();
+  EXPECT_LT(owedAfterScroll, 19 - inView - 1) << "the rows scrolled to were not drawn";
+  EXPECT_GT(owedAfterScroll, 0) << "rows never in view were drawn";
+  for (int i = 0; i < 20; ++i) SendMessageA(shown.hwnd(), WM_VSCROLL, SB_LINEUP, 0), UpdateWindow(host.hwnd());
+  ui::DoEvents();
+  EXPECT_EQ(shown.RowsOwed(), 0);
+
+  ShowWindow(hidden.hwnd(), SW_SHOW);
+  ui::DoEvents();
+  UpdateWindow(host.hwnd());
+  EXPECT_LT(hidden.RowsOwed(), 19);
+}
+
+}  // namespace
