@@ -1,7 +1,6 @@
 #pragma once
-// What every settings test puts back: each registry key a settings write can touch (with the Shell
-// Folders and the Plus! setup key), the system parameters Apply sets (so no later test runs with swapped
-// mouse buttons), and a Start Menu folder of its own in the temporary folder for the cascading menus.
+// What every settings test puts back: each key a settings write can touch, the system parameters Apply
+// sets (so no later test runs with swapped mouse buttons), and a private Start Menu folder.
 #include <windows.h>
 
 #include <memory>
@@ -20,44 +19,32 @@ namespace vxtest {
 class ParameterGuard {
  public:
   ParameterGuard() {
-    SystemParametersInfoA(SPI_GETBEEP, 0, &beep_, 0);
-    SystemParametersInfoA(SPI_GETICONTITLEWRAP, 0, &wrap_, 0);
-    SystemParametersInfoA(SPI_GETFONTSMOOTHING, 0, &smoothing_, 0);
-    SystemParametersInfoA(SPI_GETDRAGFULLWINDOWS, 0, &fullDrag_, 0);
+    for (Flag& f : flags_) SystemParametersInfoA(f.get, 0, &f.value, 0);
     animation_.cbSize = sizeof animation_;
     SystemParametersInfoA(SPI_GETANIMATION, sizeof animation_, &animation_, 0);
     SystemParametersInfoA(SPI_GETDESKWALLPAPER, MAX_PATH, wallpaper_, 0);
-    swap_ = GetSystemMetrics(SM_SWAPBUTTON);
-    clickW_ = GetSystemMetrics(SM_CXDOUBLECLK);
-    clickH_ = GetSystemMetrics(SM_CYDOUBLECLK);
-    dragW_ = GetSystemMetrics(SM_CXDRAG);
-    dragH_ = GetSystemMetrics(SM_CYDRAG);
-    time_ = GetDoubleClickTime();
+    for (Metric& m : metrics_) m.value = m.metric < 0 ? static_cast<int>(GetDoubleClickTime()) : GetSystemMetrics(m.metric);
   }
   ~ParameterGuard() {
-    SystemParametersInfoA(SPI_SETBEEP, beep_, nullptr, 0);
-    SystemParametersInfoA(SPI_SETICONTITLEWRAP, wrap_, nullptr, 0);
-    SystemParametersInfoA(SPI_SETFONTSMOOTHING, smoothing_, nullptr, 0);
-    SystemParametersInfoA(SPI_SETDRAGFULLWINDOWS, fullDrag_, nullptr, 0);
+    for (const Flag& f : flags_) SystemParametersInfoA(f.set, static_cast<UINT>(f.value), nullptr, 0);
     SystemParametersInfoA(SPI_SETANIMATION, sizeof animation_, &animation_, 0);
     SystemParametersInfoA(SPI_SETDESKWALLPAPER, 0, wallpaper_, 0);
-    SystemParametersInfoA(SPI_SETMOUSEBUTTONSWAP, static_cast<UINT>(swap_), nullptr, 0);
-    SystemParametersInfoA(SPI_SETDOUBLECLKWIDTH, static_cast<UINT>(clickW_), nullptr, 0);
-    SystemParametersInfoA(SPI_SETDOUBLECLKHEIGHT, static_cast<UINT>(clickH_), nullptr, 0);
-    SystemParametersInfoA(SPI_SETDRAGWIDTH, static_cast<UINT>(dragW_), nullptr, 0);
-    SystemParametersInfoA(SPI_SETDRAGHEIGHT, static_cast<UINT>(dragH_), nullptr, 0);
-    SystemParametersInfoA(SPI_SETDOUBLECLICKTIME, time_, nullptr, 0);
+    for (const Metric& m : metrics_) SystemParametersInfoA(m.set, static_cast<UINT>(m.value), nullptr, 0);
   }
   ParameterGuard(const ParameterGuard&) = delete;
   ParameterGuard& operator=(const ParameterGuard&) = delete;
-  int swap() const { return swap_; }
 
  private:
-  BOOL beep_ = TRUE, wrap_ = TRUE, smoothing_ = FALSE, fullDrag_ = FALSE;
+  struct Flag { UINT get, set; BOOL value; };
+  struct Metric { int metric; UINT set; int value; };  // metric -1: the double-click time
+  Flag flags_[4] = {{SPI_GETBEEP, SPI_SETBEEP, TRUE}, {SPI_GETICONTITLEWRAP, SPI_SETICONTITLEWRAP, TRUE},
+                    {SPI_GETFONTSMOOTHING, SPI_SETFONTSMOOTHING, FALSE},
+                    {SPI_GETDRAGFULLWINDOWS, SPI_SETDRAGFULLWINDOWS, FALSE}};
+  Metric metrics_[6] = {{SM_SWAPBUTTON, SPI_SETMOUSEBUTTONSWAP, 0}, {SM_CXDOUBLECLK, SPI_SETDOUBLECLKWIDTH, 4},
+                        {SM_CYDOUBLECLK, SPI_SETDOUBLECLKHEIGHT, 4}, {SM_CXDRAG, SPI_SETDRAGWIDTH, 4},
+                        {SM_CYDRAG, SPI_SETDRAGHEIGHT, 4}, {-1, SPI_SETDOUBLECLICKTIME, 500}};
   ANIMATIONINFO animation_{};
   char wallpaper_[MAX_PATH + 1] = {};
-  int swap_ = 0, clickW_ = 4, clickH_ = 4, dragW_ = 4, dragH_ = 4;
-  UINT time_ = 500;
 };
 
 // Every settings key as it was, a private Start Menu folder, the system parameters.

@@ -1,6 +1,4 @@
-// The Shell tab's page in a real window, driven by the messages a mouse and a keyboard send: the tree
-// shows the model's images, toggles by double-click, space and the menu, the numeric editor with its
-// bounds, beeps, undo and scroll guard, the right-click menu, and every node reached by keys alone.
+// The Shell tab's page in a real window, driven by the messages a mouse and a keyboard send.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -47,17 +45,15 @@ class Page : public ::testing::Test {
     SendMessageA(to, WM_KEYDOWN, vk, 0);
     SendMessageA(to, WM_KEYUP, vk, 0xC0000000);
   }
-  // Typing into the text box: the characters, then the key going up.
-  void Type(const std::string& chars) {
+  // Typing over the whole text box: each character, then its key going up.
+  void SelectAllAndType(const std::string& chars) {
+    SendMessageA(page().textBox(), EM_SETSEL, 0, -1);
     for (char ch : chars) {
       SendMessageA(page().textBox(), WM_CHAR, static_cast<WPARAM>(ch), 0);
       SendMessageA(page().textBox(), WM_KEYUP, 'A', 0xC0000000);
     }
   }
-  void SelectAllAndType(const std::string& chars) {
-    SendMessageA(page().textBox(), EM_SETSEL, 0, -1);
-    Type(chars);
-  }
+  void Scroll(WPARAM code) { SendMessageA(page().hwnd(), WM_VSCROLL, code, reinterpret_cast<LPARAM>(page().scrollBar())); }
   int TreeHeightTwips() {
     RECT r;
     GetWindowRect(treeView(), &r);
@@ -130,12 +126,10 @@ TEST_F(Page, TheNumericEditorBoundsBeepsUndoesAndGuards) {
   EXPECT_EQ(applies, 0);  // a click alone is no edit
 
   struct Step {
-    const char* typed;  // after selecting all
+    const char* typed;  // over the whole text
     const char* shown;
     int beeps;
-  } steps[] = {
-      {"40", "32", 1}, {"0", "1", 0}, {"x", "1", 1}, {"7", "7", 0},
-  };
+  } steps[] = {{"40", "32", 1}, {"0", "1", 0}, {"x", "1", 1}, {"7", "7", 0}};
   for (const Step& s : steps) {
     beeps = 0;
     SelectAllAndType(s.typed);
@@ -156,21 +150,20 @@ TEST_F(Page, TheNumericEditorBoundsBeepsUndoesAndGuards) {
   tree->SelectKey("Double Click Speed");
   EXPECT_EQ(ui::GetText(page().unitLabel()), "milliseconds");
   applies = 0;
-  SendMessageA(page().hwnd(), WM_VSCROLL, SB_LINEUP, reinterpret_cast<LPARAM>(page().scrollBar()));
+  Scroll(SB_LINEUP);
   EXPECT_EQ(tree->model().Value("Double Click Speed"), "501");
   EXPECT_EQ(page().Text(), "501");
   EXPECT_EQ(applies, 1);
-  SendMessageA(page().hwnd(), WM_VSCROLL, SB_PAGEUP, reinterpret_cast<LPARAM>(page().scrollBar()));
+  Scroll(SB_PAGEUP);
   EXPECT_EQ(page().Text(), "511");
-  for (int i = 0; i < 40; ++i)
-    SendMessageA(page().hwnd(), WM_VSCROLL, SB_PAGEUP, reinterpret_cast<LPARAM>(page().scrollBar()));
+  for (int i = 0; i < 40; ++i) Scroll(SB_PAGEUP);
   EXPECT_EQ(page().Text(), "900");
 
   // Any change of the delay asks for a restart; the click on it alone does not.
   EXPECT_FALSE(flags.restartNeeded);
   tree->SelectKey(kMenuShowDelayKey);
   EXPECT_FALSE(flags.restartNeeded);
-  SendMessageA(page().hwnd(), WM_VSCROLL, SB_LINEDOWN, reinterpret_cast<LPARAM>(page().scrollBar()));
+  Scroll(SB_LINEDOWN);
   EXPECT_TRUE(flags.restartNeeded);
   EXPECT_EQ(tree->model().Value(kMenuShowDelayKey), "399");
 
@@ -199,13 +192,9 @@ TEST_F(Page, TheRightClickMenuAndWhatsThis) {
   DestroyMenu(menu);
 
   struct Case {
-    const char* key;
-    const char* caption;
-    const char* help;
-  } cases[] = {
-      {"Beep On Errors", "&Toggle", "23"}, {"Drag Width", "Cha&nge", "42"}, {"Double Click", "&Expand", "0"},
-      {"Wallpaper", "&Expand", "58"},      {"Restore Active Tab", "&Toggle", "61"},
-  };
+    const char* key, *caption, *help;
+  } cases[] = {{"Beep On Errors", "&Toggle", "23"}, {"Drag Width", "Cha&nge", "42"}, {"Double Click", "&Expand", "0"},
+               {"Wallpaper", "&Expand", "58"},      {"Restore Active Tab", "&Toggle", "61"}};
   for (const Case& c : cases) {
     tree->SelectKey(c.key);
     EXPECT_EQ(tree->StateCaption(c.key), c.caption) << c.key;
