@@ -1,8 +1,8 @@
-// The executor against the real registry and file system of the test prefix: what a plan does, what
-// its undo record puts back, and what happens when a step fails.
+// The executor on the real registry and files: what a plan does, what its undo puts back, failing steps.
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <filesystem>
 #include <stdexcept>
 
 #include "apply/Executor.h"
@@ -15,11 +15,7 @@ namespace {
 
 const std::string kBase = "HKEY_CURRENT_USER\\Software\\VexillorTest";
 
-std::string TempFolder(const char* name) {
-  char dir[MAX_PATH];
-  GetTempPathA(MAX_PATH, dir);
-  return std::string(dir) + name;
-}
+std::string TempFolder(const char* name) { return (std::filesystem::temp_directory_path() / name).string(); }
 
 // Everything under the test key, as a comparable tree (empty when the key is missing).
 modRegistry::KeyTree Tree() {
@@ -124,13 +120,11 @@ TEST(KeyTreeText, RoundTripsAndRefusesDamage) {
   ASSERT_TRUE(DecodeKeyTree(text, back));
   EXPECT_EQ(back, tree);
   for (size_t cut = 0; cut < text.size(); ++cut) EXPECT_FALSE(DecodeKeyTree(text.substr(0, cut), back)) << cut;
+  // A wrong tag, a trailing byte, a length far past the text.
   std::string wrong = text;
   wrong[0] = 'X';
-  EXPECT_FALSE(DecodeKeyTree(wrong, back));
-  EXPECT_FALSE(DecodeKeyTree(text + "E", back));
-  std::string huge = "V";  // a length far past the text
-  huge.append("\xff\xff\xff\x7f", 4);
-  EXPECT_FALSE(DecodeKeyTree(huge, back));
+  for (const std::string& bad : {wrong, text + "E", std::string("V\xff\xff\xff\x7f", 5)})
+    EXPECT_FALSE(DecodeKeyTree(bad, back));
 }
 
 }  // namespace

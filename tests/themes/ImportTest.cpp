@@ -1,5 +1,4 @@
-// The two imports: a Plus! theme in the classic layout and a Motif file, read by their tables into the
-// lists; whatever they do not name stays as it was.
+// The two imports (a Plus! theme and a Motif file) read by their tables; what they do not name stays.
 #include <gtest/gtest.h>
 
 #include <set>
@@ -69,11 +68,7 @@ TEST(ImportPlusTheme, ClassicLayoutByItsTable) {
   const vx::LoadReport report = vx::ImportPlusTheme(file, env, lists);
   const std::string dir = folder.path() + "\\";
 
-  const struct {
-    int tab;
-    const char* key;
-    std::string location;
-  } expected[] = {
+  const struct { int tab; const char* key; std::string location; } expected[] = {
       {vx::kTabDesktop, "My Computer", "C:\\WINDOWS\\Plus\\computer.ico,0"},
       {vx::kTabDesktop, "Network Neighborhood", dir + "network.ico,1"},
       {vx::kTabDesktop, "The Internet", "C:\\WINDOWS\\internet.ico,2"},
@@ -101,18 +96,14 @@ TEST(ImportPlusTheme, ClassicLayoutByItsTable) {
   }
   // Everything else stays: My Briefcase (its class is in the file but not in the table), Log Off...
   // (override 44), the document types, the pointers the file leaves out.
-  for (const auto& [k, v] : before) {
-    if (!named.count(k)) {
-      EXPECT_EQ(lists.items[k], v) << k.second;
-    }
-  }
+  for (const auto& [k, v] : before)
+    EXPECT_TRUE(named.count(k) || lists.items[k] == v) << k.second;
   EXPECT_TRUE(report.refused.empty());
-  // Pointers come in the order of the Plus! table: Wait before Arrow, NWPen after both, Hand last.
+  // In the order of the Plus! table: Wait before Arrow, NWPen after both, Hand last; each list redrawn.
   std::vector<std::string> pointers;
   for (const auto& c : lists.changes)
     if (c.tab == vx::kTabPointers) pointers.push_back(c.key);
   EXPECT_EQ(pointers, (std::vector<std::string>{"Busy", "Normal Select", "Handwriting", "Hand"}));
-  // Every category's list is redrawn after it.
   EXPECT_EQ(lists.refreshed, (std::vector<int>{vx::kTabDesktop, vx::kTabStart, vx::kTabFolders, vx::kTabDrives,
                                                vx::kTabOthers, vx::kTabSystem, vx::kTabPointers}));
 }

@@ -10,10 +10,7 @@ namespace {
 const vx::ThemeFolders kFolders{"C:\\WINDOWS\\SYSTEM", "C:\\WINDOWS", "D:\\Themes", "C:\\Program Files\\Vexillor"};
 
 TEST(Macros, WrittenFormFollowsTheRulesInOrder) {
-  const struct {
-    const char* location;
-    const char* written;
-  } cases[] = {
+  const struct { const char* location; const char* written; } cases[] = {
       // The system folder is tested first, so it is never "%WinDir%SYSTEM\...".
       {"C:\\WINDOWS\\SYSTEM\\shell32.dll,3", "%WinSysDir%shell32.dll,3"},
       {"C:\\WINDOWS\\explorer.exe,0", "%WinDir%explorer.exe,0"},
@@ -42,10 +39,7 @@ TEST(Macros, WrittenFormFollowsTheRulesInOrder) {
 }
 
 TEST(Macros, ReadInAnyCaseWithOrWithoutABackslash) {
-  const struct {
-    const char* value;
-    const char* read;
-  } cases[] = {
+  const struct { const char* value; const char* read; } cases[] = {
       {"%WinSysDir%shell32.dll,3", "C:\\WINDOWS\\SYSTEM\\shell32.dll,3"},
       {"%WINDIR%explorer.exe,0", "C:\\WINDOWS\\explorer.exe,0"},
       {"%windir%\\Cursors\\arrow.cur", "C:\\WINDOWS\\Cursors\\arrow.cur"},
@@ -62,10 +56,7 @@ TEST(Macros, ReadInAnyCaseWithOrWithoutABackslash) {
 }
 
 TEST(Macros, NetworkAndDeviceLocations) {
-  const struct {
-    const char* location;
-    bool refused;
-  } cases[] = {
+  const struct { const char* location; bool refused; } cases[] = {
       {"\\\\host\\share\\x.ico,0", true},   {"//host/share/x.ico,0", true},  {"\\/host\\x.ico", true},
       {"\\\\?\\C:\\x.ico,0", true},         {"\\\\.\\pipe\\x", true},        {"\\??\\UNC\\host\\s\\x.ico", true},
       {"  \\\\host\\share\\x.ico", true},   {"http://host/x.ico,0", true},  {"HTTPS:host", true},

@@ -1,5 +1,4 @@
-// The theme commands around the files: the open dialog and the dispatch by extension, the messages,
-// the overwrite question and its memory, and the name a save writes to.
+// The theme commands: the open dialog, dispatch by extension, messages, the overwrite question, the save name.
 #include <gtest/gtest.h>
 
 #include "registry/modRegistry.h"
@@ -28,13 +27,9 @@ struct Commands : testing::Test {
 };
 
 TEST_F(Commands, DispatchByTheLowerCasedExtension) {
-  const struct {
-    const char* name;
-    const char* changedKey;  // the one item the format reads from the file
-  } cases[] = {
+  const struct { const char *name, *changedKey; } cases[] = {  // changedKey: the last item the format reads
       {"a.vxtheme", "My Briefcase"}, {"B.VXTHEME", "My Briefcase"}, {"c.Theme", "The Internet"},
-      {"d.MOTIF", "My Computer"},
-  };
+      {"d.MOTIF", "My Computer"}};
   for (const auto& c : cases) {
     const std::string file = folder.File(c.name);
     vxtest::WriteBytes(file, kEveryFormat);
@@ -79,16 +74,6 @@ TEST_F(Commands, OpenDialogNotAThemeAndBackToTheDialog) {
   EXPECT_EQ(vx::OpenThemeFile("", env, untouched, nullptr).status, vx::OpenOutcome::Cancelled);
 }
 
-TEST_F(Commands, ARemovedFileIsReportedOnce) {
-  vxtest::RecordingLists lists(env);
-  const vx::OpenOutcome outcome = vx::OpenThemeFile(folder.File("gone.vxtheme"), env, lists, nullptr);
-  EXPECT_EQ(outcome.status, vx::OpenOutcome::Unreadable);
-  ASSERT_EQ(seam.prompts.size(), 1u);
-  EXPECT_EQ(seam.prompts[0].message, "The file gone.vxtheme does not appear to be a valid theme file.");
-  EXPECT_TRUE(seam.fileDialogs.empty());
-  EXPECT_TRUE(lists.changes.empty());
-}
-
 TEST_F(Commands, RefusedEntriesNamedInOnePrompt) {
   const std::string file = folder.File("net.vxtheme");
   vxtest::WriteBytes(file,
@@ -110,18 +95,10 @@ TEST_F(Commands, RefusedEntriesNamedInOnePrompt) {
 }
 
 TEST_F(Commands, OverwriteQuestionAndItsMemory) {
-  const struct {
-    int stored;  // "Dialog Overwrite" before; -1 for none
-    int pressed;
-    bool tick;
-    int result;
-    bool asked;
-    int storedAfter;
-  } cases[] = {
+  // stored: "Dialog Overwrite" before, -1 for none.
+  const struct { int stored, pressed; bool tick; int result; bool asked; int storedAfter; } cases[] = {
       {-1, 2, false, 2, true, modRegistry::kDwordError}, {-1, 1, false, 1, true, modRegistry::kDwordError},
-      {0, 0, false, 0, true, 0},                         {-1, 2, true, 2, true, 1},
-      {1, 0, false, 2, false, 1},
-  };
+      {0, 0, false, 0, true, 0}, {-1, 2, true, 2, true, 1}, {1, 0, false, 2, false, 1}};
   for (const auto& c : cases) {
     modRegistry::DeleteValue(vx::kSettingsKey, "Dialog Overwrite");
     if (c.stored >= 0) modRegistry::SaveDword(vx::kSettingsKey, "Dialog Overwrite", c.stored);
@@ -138,14 +115,9 @@ TEST_F(Commands, OverwriteQuestionAndItsMemory) {
 }
 
 TEST_F(Commands, SavePathAsksWhereNeededAndEndsInTheExtension) {
-  const struct {
-    const char* current;
-    bool saveAs;
-    int overwrite;                       // the answer to the overwrite question, -1 when not asked
-    std::optional<std::string> chosen;   // the save dialog's answer, when it is shown
-    const char* result;
-    bool dialog;
-  } cases[] = {
+  // overwrite: the answer to the question, -1 when not asked; chosen: the save dialog's answer.
+  const struct { const char* current; bool saveAs; int overwrite; std::optional<std::string> chosen;
+                 const char* result; bool dialog; } cases[] = {
       {"", false, -1, "C:\\T\\blue", "C:\\T\\blue.vxtheme", true},
       {"", true, -1, "C:\\T\\Blue.VXTHEME", "C:\\T\\Blue.VXTHEME", true},
       {"", true, -1, "C:\\T\\x.vxthem", "C:\\T\\x.vxthem.vxtheme", true},
@@ -156,9 +128,7 @@ TEST_F(Commands, SavePathAsksWhereNeededAndEndsInTheExtension) {
       {"C:\\T\\cur.vxtheme", true, -1, "C:\\T\\as", "C:\\T\\as.vxtheme", true},
   };
   for (const auto& c : cases) {
-    seam.prompts.clear();
-    seam.fileDialogs.clear();
-    seam.promptAnswers.clear();
+    seam.prompts.clear(), seam.fileDialogs.clear(), seam.promptAnswers.clear();
     if (c.overwrite >= 0) seam.promptAnswers = {{c.overwrite, false}};
     seam.files = {c.chosen};
     EXPECT_EQ(vx::ChooseSavePath(c.current, c.saveAs, nullptr), c.result) << c.current << " " << c.saveAs;

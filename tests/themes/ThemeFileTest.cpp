@@ -1,6 +1,5 @@
-// The own theme format: what a save writes (credits, sections and keys in order, each edition's
-// conditions, macros), that a load into a fresh run gives the same lists and the same Apply, and that
-// a save never removes what it does not write.
+// The own theme format: what a save writes and in what order, per edition; a load gives back the same
+// lists and Apply; a save never removes what it does not write.
 #include <gtest/gtest.h>
 
 #include "icons/IconApply.h"
@@ -43,49 +42,34 @@ TEST(SaveTheme, CreditsThenEverySectionAndKeyInOrder) {
   vx::SaveThemeFile(file, env, lists);
   const auto layout = Layout(vxtest::ReadBytes(file));
 
-  std::vector<std::string> names;
-  for (const auto& s : layout) names.push_back(s.first);
-  EXPECT_EQ(names, (std::vector<std::string>{"Software Credits", "Desktop Icons", "Start Icons", "Folder Icons",
-                                             "Drive Icons", "Other Icons", "System Icons", "Pointers"}));
-  EXPECT_EQ(KeysOf(layout, "Software Credits"),
-            (std::vector<std::string>{"Software", "Company", "Author", "Website", "Email"}));
-  char value[128] = {};
-  GetPrivateProfileStringA("Software Credits", "Software", "", value, sizeof value, file.c_str());
-  EXPECT_STREQ(value, "Vexillor 2.06");
-  GetPrivateProfileStringA("Software Credits", "Email", "", value, sizeof value, file.c_str());
-  EXPECT_STREQ(value, "vexillor@quenby.example");
-
-  EXPECT_EQ(KeysOf(layout, "Desktop Icons"),
-            (std::vector<std::string>{"My Computer", "My Documents", "Network Neighborhood", "The Internet", "In Box",
-                                      "My Briefcase", "Recycle Bin (empty)", "Recycle Bin (full)"}));
-  EXPECT_EQ(KeysOf(layout, "Start Icons"),
-            (std::vector<std::string>{"Programs", "Favorites", "Documents", "Settings", "Find", "Help", "Run...",
-                                      "Log Off...", "Suspend", "Shut Down...", "Settings | Control Panel",
-                                      "Settings | Printers"}));
-  EXPECT_EQ(KeysOf(layout, "Folder Icons"),
-            (std::vector<std::string>{"Closed Folder", "Open Folder", "Program Group", "Control Panel",
-                                      "Dial-Up Networking", "Printers", "Url History Folder", "Favorites",
-                                      "Subscriptions", "ActiveX Cache", "Scheduled Tasks"}));
-  EXPECT_EQ(KeysOf(layout, "Drive Icons"),
-            (std::vector<std::string>{"Floppy Drive (5.25)", "Floppy Drive (3.5)", "Hard Drive", "Network Drive",
-                                      "Network Drive (offline)", "CD-ROM Drive", "Removeable Drive", "RAM Drive"}));
-  EXPECT_EQ(KeysOf(layout, "Other Icons"),
-            (std::vector<std::string>{"Shortcut Overlay", "Sharing", "Desktop", "Entire Network", "Workgroup",
-                                      "Computer", "Audio CD"}));
+  const std::vector<Section> expected = {
+      {"Software Credits", {"Software", "Company", "Author", "Website", "Email"}},
+      {"Desktop Icons", {"My Computer", "My Documents", "Network Neighborhood", "The Internet", "In Box",
+                         "My Briefcase", "Recycle Bin (empty)", "Recycle Bin (full)"}},
+      {"Start Icons", {"Programs", "Favorites", "Documents", "Settings", "Find", "Help", "Run...", "Log Off...",
+                       "Suspend", "Shut Down...", "Settings | Control Panel", "Settings | Printers"}},
+      {"Folder Icons", {"Closed Folder", "Open Folder", "Program Group", "Control Panel", "Dial-Up Networking",
+                        "Printers", "Url History Folder", "Favorites", "Subscriptions", "ActiveX Cache",
+                        "Scheduled Tasks"}},
+      {"Drive Icons", {"Floppy Drive (5.25)", "Floppy Drive (3.5)", "Hard Drive", "Network Drive",
+                       "Network Drive (offline)", "CD-ROM Drive", "Removeable Drive", "RAM Drive"}},
+      {"Other Icons", {"Shortcut Overlay", "Sharing", "Desktop", "Entire Network", "Workgroup", "Computer",
+                       "Audio CD"}},
+      {"System Icons", KeysOf(layout, "System Icons")},  // the table's own 18, counted below
+      {"Pointers", {"Normal Select", "Help Select", "Working In Background", "Busy", "Precision Select",
+                    "Text Select", "Handwriting", "Unavailable", "Vertical Resize", "Horizontal Resize",
+                    "Diagonal Resize 1", "Diagonal Resize 2", "Move", "Alternate Select", "Hand"}}};
+  EXPECT_EQ(layout, expected);
   EXPECT_EQ(KeysOf(layout, "System Icons").size(), 18u);
-  EXPECT_EQ(KeysOf(layout, "Pointers"),
-            (std::vector<std::string>{"Normal Select", "Help Select", "Working In Background", "Busy",
-                                      "Precision Select", "Text Select", "Handwriting", "Unavailable",
-                                      "Vertical Resize", "Horizontal Resize", "Diagonal Resize 1",
-                                      "Diagonal Resize 2", "Move", "Alternate Select", "Hand"}));
+  char value[128] = {};
+  for (auto [key, text] : {std::pair{"Software", "Vexillor 2.06"}, {"Email", "vexillor@quenby.example"}}) {
+    GetPrivateProfileStringA("Software Credits", key, "", value, sizeof value, file.c_str());
+    EXPECT_STREQ(value, text);
+  }
 }
 
 TEST(SaveTheme, EditionConditions) {
-  const struct {
-    const char* edition;
-    bool desktopUpdate;
-    std::vector<std::string> present, absent;
-  } cases[] = {
+  const struct { const char* edition; bool desktopUpdate; std::vector<std::string> present, absent; } cases[] = {
       {"Win95", false, {"Programs"}, {"Hand", "My Documents", "Log Off...", "Users Program Group",
                                       "Subscriptions", "ActiveX Cache", "Scheduled Tasks"}},
       {"Win98", false, {"Hand", "My Documents"}, {"Users Program Group", "Log Off...", "Subscriptions"}},
@@ -120,11 +104,10 @@ TEST(LoadTheme, ReadsHandEverywhereAndOnlyWhatTheEditionReads) {
   loaded.items[{vx::kTabPointers, "Hand"}] = "";        // a list that holds Hand on Windows 95 gets it
   loaded.items[{vx::kTabDesktop, "My Documents"}] = "";  // but My Documents is not read there
   const vx::LoadReport report = vx::LoadTheme(file, win95, loaded);
-  EXPECT_EQ(loaded.items[(std::pair<int, std::string>{vx::kTabPointers, "Hand"})], "C:\\Cursors\\hand.cur,0");
-  EXPECT_EQ(loaded.items[(std::pair<int, std::string>{vx::kTabDesktop, "My Documents"})], "");
+  EXPECT_EQ(loaded.ItemFullPath(vx::kTabPointers, "Hand"), "C:\\Cursors\\hand.cur,0");
+  EXPECT_EQ(loaded.ItemFullPath(vx::kTabDesktop, "My Documents"), "");
   EXPECT_TRUE(report.refused.empty());
-  // Only the pointer list is redrawn by a load.
-  EXPECT_EQ(loaded.refreshed, std::vector<int>{vx::kTabPointers});
+  EXPECT_EQ(loaded.refreshed, std::vector<int>{vx::kTabPointers});  // only the pointer list is redrawn
 }
 
 TEST(SaveTheme, KeysASaveSkipsKeepTheirOldValues) {
@@ -152,10 +135,8 @@ TEST(SaveTheme, KeysASaveSkipsKeepTheirOldValues) {
 TEST(ThemeRoundTrip, EachEditionGivesTheSameListsAndTheSameApply) {
   vxtest::CatalogueRegistry registry;
   vxtest::ScratchFolder folder("vxround");
-  const struct {
-    const char* edition;
-    bool desktopUpdate;
-  } editions[] = {{"Win95", false}, {"Win98", true}, {"WinNT", false}, {"WinNT", true}};
+  const struct { const char* edition; bool desktopUpdate; } editions[] = {
+      {"Win95", false}, {"Win98", true}, {"WinNT", false}, {"WinNT", true}};
   for (const auto& e : editions) {
     const vx::Environment env = vxtest::Env(e.edition, e.desktopUpdate ? "4.71" : "Error", e.desktopUpdate);
     const std::string file = folder.File(std::string(e.edition) + (e.desktopUpdate ? "u" : "") + ".vxtheme");

@@ -3,6 +3,9 @@
 // that record what a load gave them.
 #include <windows.h>
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <string>
 #include <utility>
@@ -29,41 +32,20 @@ class ScratchFolder {
   std::string File(const std::string& name) const { return path_ + "\\" + name; }
 
  private:
-  void Clear() {
-    WIN32_FIND_DATAA d;
-    HANDLE h = FindFirstFileA((path_ + "\\*").c_str(), &d);
-    if (h != INVALID_HANDLE_VALUE) {
-      do {
-        const std::string n = d.cFileName;
-        if (n != "." && n != "..") DeleteFileA((path_ + "\\" + n).c_str());
-      } while (FindNextFileA(h, &d));
-      FindClose(h);
-    }
-    RemoveDirectoryA(path_.c_str());
-  }
+  void Clear() { std::error_code ignored; std::filesystem::remove_all(path_, ignored); }
   std::string path_;
 };
 
+// The profile calls cache files they have read: flush that cache before a file changes or is read.
 inline void WriteBytes(const std::string& path, const std::string& bytes) {
-  // The profile calls cache files they have read: flush that cache before the file changes under them.
   WritePrivateProfileStringA(nullptr, nullptr, nullptr, path.c_str());
-  HANDLE h = CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-  DWORD written = 0;
-  WriteFile(h, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  CloseHandle(h);
+  std::ofstream(path, std::ios::binary) << bytes;
 }
 
 inline std::string ReadBytes(const std::string& path) {
   WritePrivateProfileStringA(nullptr, nullptr, nullptr, path.c_str());
-  std::string bytes;
-  HANDLE h = CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
-                         FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (h == INVALID_HANDLE_VALUE) return bytes;
-  char buffer[4096];
-  DWORD got = 0;
-  while (ReadFile(h, buffer, sizeof buffer, &got, nullptr) && got > 0) bytes.append(buffer, got);
-  CloseHandle(h);
-  return bytes;
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
 // Lists holding every listed item of the table with a location of its own, recording each change.

@@ -2,6 +2,7 @@
 #include "UiTest.h"
 
 #include <cstdlib>
+#include <tuple>
 
 #include "support/ScriptedSeam.h"
 #include "ui/HelpPopup.h"
@@ -12,12 +13,6 @@ namespace {
 const std::string kHelp = "C:\\Vexillor\\help\\index.html";
 
 HWND FindPopup() { return FindWindowA(ui::kHelpPopupClass, nullptr); }
-
-RECT ScreenRect(HWND w) {
-  RECT r;
-  GetWindowRect(w, &r);
-  return r;
-}
 
 // A number shows its own text near the pointer; the link opens the full topic and closes the pop-up.
 TEST(HelpPopup, ShowsTheTopicsTextAndItsLinkOpensTheFullTopic) {
@@ -66,45 +61,35 @@ TEST(HelpPopup, ClosesOnAKeyOrAClickAndAnUnknownNumberHasNoLink) {
     EXPECT_FALSE(IsWindow(popup)) << number;
   }
   ui::RealSeam().OpenHelp(host.hwnd(), kHelp, HELP_CONTEXTPOPUP, "23");
-  HWND first = FindPopup();
-  ui::RealSeam().OpenHelp(host.hwnd(), kHelp, HELP_CONTEXTPOPUP, "25");
-  HWND second = FindPopup();
-  EXPECT_FALSE(IsWindow(first));  // one pop-up at a time
-  SendMessageA(second, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(1, 1));  // on the text, not the link
-  EXPECT_FALSE(IsWindow(second));
-  ui::RealSeam().OpenHelp(host.hwnd(), kHelp, HELP_CONTEXTPOPUP, "26");
-  HWND third = FindPopup();
-  SendMessageA(third, WM_KEYDOWN, VK_ESCAPE, 0);
-  EXPECT_FALSE(IsWindow(third));
+  HWND previous = FindPopup();
+  // A click on the text (not the link), or Escape; one pop-up at a time.
+  for (auto [number, message, wp, lp] : {std::tuple<const char*, UINT, WPARAM, LPARAM>{"25", WM_LBUTTONDOWN, MK_LBUTTON,
+                                                                                      MAKELPARAM(1, 1)},
+                                         {"26", WM_KEYDOWN, VK_ESCAPE, 0}}) {
+    ui::RealSeam().OpenHelp(host.hwnd(), kHelp, HELP_CONTEXTPOPUP, number);
+    HWND popup = FindPopup();
+    EXPECT_FALSE(IsWindow(previous));
+    SendMessageA(popup, message, wp, lp);
+    EXPECT_FALSE(IsWindow(popup)) << number;
+    previous = popup;
+  }
   EXPECT_TRUE(seam.opened.empty());
 }
 
-// Centred just below the point it is shown at; at the screen's edges it moves to stay on the screen,
-// above the point when there is no room below.
+// Centred just below the point; at the screen's edges it moves to stay on it, above the point if need be.
 TEST(HelpPopup, StandsBelowThePointAndStaysOnTheScreen) {
   vxtest::HostWindow host;
-  RECT work;
+  RECT work, r;
   SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0);
   const POINT middle{(work.left + work.right) / 2, (work.top + work.bottom) / 2};
-  HWND shown = ui::ShowHelpPopup(host.hwnd(), middle, "A short text.", "x.html");
-  ASSERT_NE(shown, nullptr);
-  RECT m = ScreenRect(shown);
-  EXPECT_GT(m.top, middle.y);
-  EXPECT_LT(m.top, middle.y + 40);
-  EXPECT_LE(std::abs((m.left + m.right) / 2 - middle.x), 1);
-  ui::CloseHelpPopup();
-  const POINT corners[] = {{work.right - 2, work.bottom - 2}, {work.left + 1, work.top + 1}};
-  for (POINT at : corners) {
-    HWND popup = ui::ShowHelpPopup(host.hwnd(), at, std::string(300, 'w'), "x.html");
+  for (POINT at : {middle, POINT{work.right - 2, work.bottom - 2}, POINT{work.left + 1, work.top + 1}}) {
+    const bool centre = at.x == middle.x;
+    HWND popup = ui::ShowHelpPopup(host.hwnd(), at, centre ? "A short text." : std::string(300, 'w'), "x.html");
     ASSERT_NE(popup, nullptr);
-    RECT r = ScreenRect(popup);
-    EXPECT_GE(r.left, work.left);
-    EXPECT_GE(r.top, work.top);
-    EXPECT_LE(r.right, work.right);
-    EXPECT_LE(r.bottom, work.bottom);
-    if (at.y > middle.y) {
-      EXPECT_LT(r.bottom, at.y);  // above the point
-    }
+    GetWindowRect(popup, &r);
+    EXPECT_TRUE(r.left >= work.left && r.top >= work.top && r.right <= work.right && r.bottom <= work.bottom) << at.x;
+    EXPECT_TRUE(!centre || (r.top > at.y && r.top < at.y + 40 && std::abs((r.left + r.right) / 2 - at.x) <= 1));
+    EXPECT_TRUE(at.y <= middle.y || r.bottom < at.y) << "above the point";
     ui::CloseHelpPopup();
   }
 }

@@ -132,19 +132,11 @@ TEST_F(frmChangeIconTest, EnterInTheFileBoxShowsTheTypedFileOrSaysWhyNot) {
       },
       refused("File not found \"" + missing + "\"", TextFile()),
       refused("No Icons found in \"" + TextFile() + "\"", Library(5)),
-      [&](HWND) {
-        EXPECT_EQ(form.IconCount(), 5);
-        EXPECT_EQ(form.ScrollValue(), 0);
-        type(Library(33));
-      },
+      [&](HWND) { EXPECT_EQ(std::pair(form.IconCount(), form.ScrollValue()), std::pair(5, 0)); type(Library(33)); },
       [&](HWND) { EXPECT_EQ(form.IconCount(), 33); Click(Item(IDOK)); }});
   EXPECT_EQ(form.Filename, Library(33));
   EXPECT_EQ(form.IconIndex, 32);  // the selected cell was kept
 }
-
-}  // namespace
-
-namespace {
 
 // The grid's whole picture, as WM_PRINTCLIENT gives it (columns out of view included).
 std::vector<COLORREF> GridPicture(HWND grid, int width) {
