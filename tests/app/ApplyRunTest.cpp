@@ -3,29 +3,20 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <commctrl.h>
-
 #include <stdexcept>
 
-#include "app/Main.h"
+#include "MainWindowFixture.h"
 #include "icons/IconApply.h"
 #include "resource.h"
 #include "support/KeySnapshot.h"
-#include "support/RegistryScope.h"
-#include "support/ScriptedSeam.h"
-#include "ui/win.h"
 
 namespace {
 
-TEST(ApplyRun, AFailingStepKeepsApplyEnabledIsReportedAndItsPredecessorsCanBeUndone) {
-  INITCOMMONCONTROLSEX icc{sizeof icc, ICC_WIN95_CLASSES | ICC_BAR_CLASSES | ICC_TAB_CLASSES};
-  InitCommonControlsEx(&icc);
-  vxtest::RegistryScope prefs{{vx::kProgramKey}};
-  vxtest::ScriptedSeam seam;
-  vxtest::SeamScope seamScope{seam};
-  vx::Main m;
-  ASSERT_TRUE(m.Create(vx::DetectEnvironment(), "", false));
-  ui::DoEvents();
+using ApplyRun = vxtest::MainWindowTest;
+
+TEST_F(ApplyRun, AFailingStepKeepsApplyEnabledIsReportedAndItsPredecessorsCanBeUndone) {
+  auto window = Open();
+  vx::Main& m = *window;
 
   // Every key the run may write, put back whatever happens; and the state of each value beforehand.
   const vx::Plan plan = vx::BuildIconApplyPlan(m.environment(), m.Catalogue(), vx::ListBoxValues(m.Lists()), {});

@@ -2,48 +2,28 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <commctrl.h>
-
-#include "app/Main.h"
+#include "MainWindowFixture.h"
 #include "app/Preferences.h"
 #include "registry/modRegistry.h"
 #include "resource.h"
-#include "support/RegistryScope.h"
-#include "support/ScriptedSeam.h"
-#include "ui/win.h"
 
 namespace {
 
 using vx::Main;
 
-class MainWindow : public ::testing::Test {
+class MainWindow : public vxtest::MainWindowTest {
  protected:
-  void SetUp() override {
-    INITCOMMONCONTROLSEX icc{sizeof icc, ICC_WIN95_CLASSES | ICC_BAR_CLASSES | ICC_TAB_CLASSES};
-    InitCommonControlsEx(&icc);
-  }
-  std::unique_ptr<Main> Open(const std::string& commandLine = "") {
-    auto m = std::make_unique<Main>();
-    EXPECT_TRUE(m->Create(vx::DetectEnvironment(), commandLine, false));
-    ui::DoEvents();
-    return m;
-  }
-  // Closes as the close box does; true when the window went away.
-  static bool Close(Main& m) {
-    SendMessageA(m.hwnd(), WM_CLOSE, 0, 0);
-    ui::DoEvents();
-    return m.hwnd() == nullptr;
-  }
   static RECT Rect(const Main& m) {
     RECT r;
     GetWindowRect(m.hwnd(), &r);
     return r;
   }
   static std::string Setting(const char* name) { return modRegistry::GetString(vx::kSettingsKey, name); }
-
-  vxtest::RegistryScope prefs{{vx::kProgramKey}};
-  vxtest::ScriptedSeam seam;
-  vxtest::SeamScope seamScope{seam};
+  static std::string MenuText(HMENU menu, UINT item, UINT flags = MF_BYCOMMAND) {
+    char text[64] = {};
+    GetMenuStringA(menu, item, text, sizeof text, flags);
+    return text;
+  }
 };
 
 TEST_F(MainWindow, FirstRunKeepsTheDesignPositionShowsDesktopAndRecordsOnClose) {
@@ -114,15 +94,10 @@ TEST_F(MainWindow, CurrentThemeTitlesAndRecentThemesOnTheFileMenu) {
   EXPECT_EQ(ui::GetText(m->hwnd()), "Blue - Vexillor");
   EXPECT_EQ(m->currentThemePath(), "C:\\Themes\\Blue.Dark.vxtheme");
   // The current theme went to the top of the recent list; the old first moved down.
-  EXPECT_EQ(modRegistry::GetString(vx::kThemesKey, "1"), "C:\\Themes\\Blue.Dark.vxtheme");
-  EXPECT_EQ(modRegistry::GetString(vx::kThemesKey, "2"), "C:\\Themes\\Red.vxtheme");
   HMENU file = m->fileMenu();
   EXPECT_EQ(GetMenuItemCount(file), 11);  // plus a separator and two themes
-  char text[64];
-  GetMenuStringA(file, IDM_FILE_RECENT1, text, sizeof text, MF_BYCOMMAND);
-  EXPECT_STREQ(text, "Blue.Dark.vxtheme");
-  GetMenuStringA(file, IDM_FILE_RECENT1 + 1, text, sizeof text, MF_BYCOMMAND);
-  EXPECT_STREQ(text, "Red.vxtheme");
+  EXPECT_EQ(MenuText(file, IDM_FILE_RECENT1), "Blue.Dark.vxtheme");
+  EXPECT_EQ(MenuText(file, IDM_FILE_RECENT1 + 1), "Red.vxtheme");
   EXPECT_EQ(GetMenuItemID(file, 6), 0u);  // the separator stands at index 6
   EXPECT_EQ(GetMenuItemID(file, 7), static_cast<UINT>(IDM_FILE_RECENT1));
   EXPECT_EQ(GetMenuItemID(file, 10), static_cast<UINT>(IDM_FILE_EXIT));
@@ -132,8 +107,7 @@ TEST_F(MainWindow, CurrentThemeTitlesAndRecentThemesOnTheFileMenu) {
   m->SetCurrentTheme("C:\\Themes\\Green.vxtheme");
   EXPECT_EQ(ui::GetText(m->hwnd()), "Green - Vexillor");
   EXPECT_EQ(GetMenuItemCount(file), 12);
-  GetMenuStringA(file, IDM_FILE_RECENT1 + 2, text, sizeof text, MF_BYCOMMAND);
-  EXPECT_STREQ(text, "Red.vxtheme");
+  EXPECT_EQ(MenuText(file, IDM_FILE_RECENT1 + 2), "Red.vxtheme");
   Close(*m);
 
   // A stored theme that is not a path means no theme.
@@ -155,16 +129,12 @@ TEST_F(MainWindow, TabsToolbarAndMenus) {
     EXPECT_STREQ(text, caption);
   }
   // Back and Forward, without wrapping.
-  m->SelectTab(1);
-  m->OnCommand(IDT_BACK);
-  EXPECT_EQ(m->CurrentTab(), 1);
-  m->OnCommand(IDT_FORWARD);
-  EXPECT_EQ(m->CurrentTab(), 2);
-  m->SelectTab(9);
-  m->OnCommand(IDT_FORWARD);
-  EXPECT_EQ(m->CurrentTab(), 9);
-  m->OnCommand(IDT_BACK);
-  EXPECT_EQ(m->CurrentTab(), 8);
+  const int steps[][3] = {{1, IDT_BACK, 1}, {1, IDT_FORWARD, 2}, {9, IDT_FORWARD, 9}, {9, IDT_BACK, 8}};
+  for (const auto& [from, command, to] : steps) {
+    m->SelectTab(from);
+    m->OnCommand(command);
+    EXPECT_EQ(m->CurrentTab(), to) << from << " " << command;
+  }
   EXPECT_TRUE(IsWindowVisible(m->folderTree().hwnd()));
   EXPECT_TRUE(IsWindowEnabled(GetDlgItem(GetDlgItem(m->hwnd(), IDC_PANE), IDC_DEFAULT)));
 
@@ -208,13 +178,8 @@ TEST_F(MainWindow, TabsToolbarAndMenus) {
 
   // Menus: Tools and the Help web sub-menu.
   HMENU bar = GetMenu(m->hwnd());
-  char text[64];
-  GetMenuStringA(GetSubMenu(bar, 1), 1, text, sizeof text, MF_BYPOSITION);
-  EXPECT_STREQ(text, "Restore all &Icons");
-  HMENU web = GetSubMenu(GetSubMenu(bar, 2), 3);
-  ASSERT_NE(web, nullptr);
-  GetMenuStringA(web, 3, text, sizeof text, MF_BYPOSITION);
-  EXPECT_STREQ(text, "Additional &Icon Themes");
+  EXPECT_EQ(MenuText(GetSubMenu(bar, 1), 1, MF_BYPOSITION), "Restore all &Icons");
+  EXPECT_EQ(MenuText(GetSubMenu(GetSubMenu(bar, 2), 3), 3, MF_BYPOSITION), "Additional &Icon Themes");
 }
 
 TEST_F(MainWindow, TheSplitterSizesTheFolderTreeWithinItsLimits) {

@@ -4,22 +4,15 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <commctrl.h>
-
-#include "app/Main.h"
+#include "MainWindowFixture.h"
 #include "registry/modRegistry.h"
 #include "resource.h"
-#include "support/RegistryScope.h"
-#include "support/ScriptedSeam.h"
-#include "ui/win.h"
 
 namespace {
 
-class MainThemes : public ::testing::Test {
+class MainThemes : public vxtest::MainWindowTest {
  protected:
   MainThemes() {
-    INITCOMMONCONTROLSEX icc{sizeof icc, ICC_WIN95_CLASSES | ICC_BAR_CLASSES | ICC_TAB_CLASSES};
-    InitCommonControlsEx(&icc);
     char temp[MAX_PATH] = {};
     GetTempPathA(MAX_PATH, temp);
     folder = std::string(temp) + "vxmainthemes";
@@ -33,21 +26,11 @@ class MainThemes : public ::testing::Test {
     for (const char* name : {"\\Blue Sky.vxtheme", "\\Saved.vxtheme"}) DeleteFileA((folder + name).c_str());
     RemoveDirectoryA(folder.c_str());
   }
-  std::unique_ptr<vx::Main> Open(const std::string& commandLine) {
-    auto m = std::make_unique<vx::Main>();
-    EXPECT_TRUE(m->Create(vx::DetectEnvironment(), commandLine, false));
-    ui::DoEvents();
-    return m;
-  }
-  static void CloseWithoutSaving(vx::Main& m, vxtest::ScriptedSeam& seam) {
+  void CloseWithoutSaving(vx::Main& m) {
     seam.promptAnswers.push_back({1, false});  // "No" to saving the pending changes
-    SendMessageA(m.hwnd(), WM_CLOSE, 0, 0);
-    ui::DoEvents();
+    Close(m);
   }
 
-  vxtest::RegistryScope prefs{{vxtest::kProgramKey}};
-  vxtest::ScriptedSeam seam;
-  vxtest::SeamScope seamScope{seam};
   std::string folder, theme;
 };
 
@@ -73,7 +56,7 @@ TEST_F(MainThemes, CommandLineThemeIsPendingWhenTheWindowAppears) {
     // Nothing reached the system.
     EXPECT_EQ(modRegistry::GetString(vx::kShellIconsKey, "3"), stored);
     EXPECT_TRUE(seam.prompts.empty()) << seam.prompts.front().message;
-    CloseWithoutSaving(*m, seam);
+    CloseWithoutSaving(*m);
     EXPECT_EQ(m->hwnd(), nullptr);
   }
 }
@@ -86,31 +69,31 @@ TEST_F(MainThemes, SaveAsThenSaveWriteTheLists) {
   m->OnCommand(IDM_FILE_SAVEAS);
   ASSERT_EQ(seam.fileDialogs.size(), 1u);
   EXPECT_EQ(m->currentThemePath(), saved + ".vxtheme");
-  char value[128] = {};
-  GetPrivateProfileStringA("Folder Icons", "Closed Folder", "", value, sizeof value, (saved + ".vxtheme").c_str());
-  EXPECT_STREQ(value, "%WinSysDir%shell32.dll,7");
-  GetPrivateProfileStringA("Software Credits", "Company", "", value, sizeof value, (saved + ".vxtheme").c_str());
-  EXPECT_STREQ(value, "Quenby");
+  auto entry = [&](const char* section, const char* key) {
+    char value[128] = {};
+    GetPrivateProfileStringA(section, key, "", value, sizeof value, (saved + ".vxtheme").c_str());
+    return std::string(value);
+  };
+  EXPECT_EQ(entry("Folder Icons", "Closed Folder"), "%WinSysDir%shell32.dll,7");
+  EXPECT_EQ(entry("Software Credits", "Company"), "Quenby");
 
   // Save asks before writing over the current theme; with the question turned off it just writes.
   m->List(vx::kTabFolders)->Change("Closed Folder", env.systemFolder + "\\shell32.dll", 9);
   seam.promptAnswers = {{2, true}};
   m->OnCommand(IDM_FILE_SAVE);
   EXPECT_EQ(seam.prompts.size(), 1u);
-  GetPrivateProfileStringA("Folder Icons", "Closed Folder", "", value, sizeof value, (saved + ".vxtheme").c_str());
-  EXPECT_STREQ(value, "%WinSysDir%shell32.dll,9");
+  EXPECT_EQ(entry("Folder Icons", "Closed Folder"), "%WinSysDir%shell32.dll,9");
   m->List(vx::kTabFolders)->Change("Closed Folder", env.systemFolder + "\\shell32.dll", 11);
   m->OnCommand(IDM_FILE_SAVE);
   EXPECT_EQ(seam.prompts.size(), 1u);
   EXPECT_EQ(seam.fileDialogs.size(), 1u);
-  GetPrivateProfileStringA("Folder Icons", "Closed Folder", "", value, sizeof value, (saved + ".vxtheme").c_str());
-  EXPECT_STREQ(value, "%WinSysDir%shell32.dll,11");
-  CloseWithoutSaving(*m, seam);
+  EXPECT_EQ(entry("Folder Icons", "Closed Folder"), "%WinSysDir%shell32.dll,11");
+  CloseWithoutSaving(*m);
 }
 
 TEST_F(MainThemes, TheMenuCommandsAreThereAndARemovedRecentThemeIsReported) {
   modRegistry::SaveString(vx::kThemesKey, "1", folder + "\\Removed.vxtheme");
-  auto m = Open("");
+  auto m = Open();
   for (int id : {IDM_FILE_OPEN, IDM_FILE_SAVE, IDM_FILE_SAVEAS})
     EXPECT_FALSE(GetMenuState(m->fileMenu(), static_cast<UINT>(id), MF_BYCOMMAND) & MF_GRAYED) << id;
   m->OnCommand(IDM_FILE_RECENT1);
@@ -118,8 +101,7 @@ TEST_F(MainThemes, TheMenuCommandsAreThereAndARemovedRecentThemeIsReported) {
   EXPECT_EQ(seam.prompts[0].message, "The file Removed.vxtheme does not appear to be a valid theme file.");
   EXPECT_FALSE(m->applyEnabled());
   EXPECT_EQ(ui::GetText(m->hwnd()), "Vexillor");
-  SendMessageA(m->hwnd(), WM_CLOSE, 0, 0);
-  ui::DoEvents();
+  Close(*m);
 }
 
 }  // namespace

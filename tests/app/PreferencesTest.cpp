@@ -23,8 +23,6 @@ TEST(PathNames, FileNameAndTitle) {
     EXPECT_EQ(vx::GetFileName(c.path), c.name) << c.path;
     EXPECT_EQ(vx::FileTitle(c.path), c.title) << c.path;
   }
-  EXPECT_EQ(vx::ThemeTitle("C:\\Themes\\Blue.Dark.vxtheme"), "Blue - Vexillor");
-  EXPECT_EQ(vx::ThemeTitle(""), "Vexillor");
 }
 
 class RecentThemes : public ::testing::Test {
@@ -69,12 +67,6 @@ TEST_F(RecentThemes, ShiftingDuplicatesAndTheUnchangedNewest) {
   EXPECT_TRUE(fresh.separator);
   EXPECT_EQ(fresh.visible, (std::array<bool, 4>{true, true, false, true}));
   EXPECT_EQ(fresh.captions[3], "A.vxtheme");
-}
-
-TEST_F(RecentThemes, DriveRelativePathIsListedByItsName) {
-  vx::RecentMenu menu;
-  vx::RecentThemes("C:Blue.vxtheme", menu);
-  EXPECT_EQ(menu.captions[0], "Blue.vxtheme");
 }
 
 }  // namespace

@@ -4,63 +4,16 @@
 #include <windows.h>
 
 #include <fstream>
-#include <memory>
-#include <set>
 
 #include "app/CommandLine.h"
-#include "icons/Catalogue.h"
-#include "icons/IconApply.h"
 #include "registry/modRegistry.h"
 #include "support/KeySnapshot.h"
+#include "support/RealProgram.h"
 #include "support/RegistryScope.h"
-#include "ui/ListBoxIcons.h"
-#include "ui/win.h"
 
 namespace {
 
 constexpr const char* kMetricsKey = "HKEY_CURRENT_USER\\Control Panel\\desktop\\WindowMetrics";
-
-// Every key an Apply of this machine's lists writes, so the test can put all of it back.
-std::vector<std::string> ApplyKeys(const vx::Environment& env) {
-  HWND host = CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 400, 400, nullptr, nullptr, nullptr, nullptr);
-  std::vector<std::unique_ptr<ui::ListBoxIcons>> owned;
-  vx::IconLists lists{};
-  for (int tab : {2, 3, 4, 5, 6, 7, 9}) {
-    owned.push_back(std::make_unique<ui::ListBoxIcons>());
-    owned.back()->Create(host, 100 + tab, 0, 0, 300, 300);
-    lists[static_cast<size_t>(tab)] = owned.back().get();
-  }
-  const auto catalogue = vx::Add_Icons(env, lists);
-  std::set<std::string> keys = {vx::kShellIconsKey, vx::kCursorsKey, kMetricsKey};
-  for (const vx::Step& step : vx::BuildIconApplyPlan(env, catalogue, lists, vx::IconApplyOptions{}))
-    if (!step.key.empty()) keys.insert(step.key);
-  owned.clear();
-  DestroyWindow(host);
-  return {keys.begin(), keys.end()};
-}
-
-struct Ended {
-  bool ended;
-  DWORD exitCode;
-};
-
-// Runs vexillor.exe with the arguments; kills it when it has not ended in time.
-Ended RunProgram(const std::string& arguments) {
-  const std::string self = ui::ModulePath();
-  const std::string exe = self.substr(0, self.rfind('\\')) + "\\..\\vexillor.exe";
-  std::string cmd = "\"" + exe + "\" " + arguments;
-  STARTUPINFOA si{};
-  si.cb = sizeof si;
-  PROCESS_INFORMATION pi{};
-  if (!CreateProcessA(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi)) return {false, 0};
-  CloseHandle(pi.hThread);
-  const bool ended = WaitForSingleObject(pi.hProcess, 60000) == WAIT_OBJECT_0;
-  if (!ended) TerminateProcess(pi.hProcess, 99);
-  DWORD code = 0;
-  GetExitCodeProcess(pi.hProcess, &code);
-  CloseHandle(pi.hProcess);
-  return {ended, code};
-}
 
 std::vector<std::string> LogLines(const std::string& path) {
   std::ifstream in(path);
@@ -77,7 +30,7 @@ size_t Count(const std::vector<std::string>& lines, const std::string& part) {
 
 class ThemeCommandLine : public ::testing::Test {
  protected:
-  ThemeCommandLine() : env(vx::DetectEnvironment()), saved(ApplyKeys(env)) {
+  ThemeCommandLine() : env(vx::DetectEnvironment()), saved(Keys(env)) {
     char temp[MAX_PATH] = {};
     GetTempPathA(MAX_PATH, temp);
     theme = std::string(temp) + "vx command line.vxtheme";
@@ -97,6 +50,12 @@ class ThemeCommandLine : public ::testing::Test {
                                  theme.c_str());
     WritePrivateProfileStringA(nullptr, nullptr, nullptr, theme.c_str());
   }
+  // Every key an Apply of this machine's lists writes, so the test can put all of it back.
+  static std::vector<std::string> Keys(const vx::Environment& env) {
+    std::vector<std::string> keys = vxtest::KeysOf(vxtest::PlanOfListsApply(env));
+    keys.insert(keys.end(), {vx::kShellIconsKey, vx::kCursorsKey, kMetricsKey});
+    return keys;
+  }
   std::string Override(const char* number) { return modRegistry::GetString(vx::kShellIconsKey, number); }
 
   const vx::Environment env;
@@ -108,9 +67,9 @@ class ThemeCommandLine : public ::testing::Test {
 TEST_F(ThemeCommandLine, ApplySwitchAppliesAndEnds) {
   modRegistry::SaveString(vx::kShellIconsKey, "3", env.systemFolder + "\\shell32.dll,3");
   WriteTheme({{"Closed Folder", "%WinSysDir%shell32.dll,7"}, {"Open Folder", "%WinSysDir%shell32.dll,8"}});
-  const Ended run = RunProgram("/a " + theme);
-  ASSERT_TRUE(run.ended) << "the program did not end";
-  EXPECT_EQ(run.exitCode, 0u);
+  DWORD exitCode = 1;
+  ASSERT_TRUE(vxtest::RealProgram("/a " + theme).Ended(60000, &exitCode)) << "the program did not end";
+  EXPECT_EQ(exitCode, 0u);
   EXPECT_EQ(Override("3"), env.systemFolder + "\\shell32.dll,7");
   EXPECT_EQ(Override("4"), env.systemFolder + "\\shell32.dll,8");
   EXPECT_EQ(modRegistry::GetString(vx::kSettingsKey, "Current Theme"), theme);
@@ -140,10 +99,10 @@ TEST_F(ThemeCommandLine, QuietRunsSayWhatHappened) {
     modRegistry::SaveString(vx::kShellIconsKey, "3", before);
     DeleteFileA(log.c_str());
     WriteTheme(c.entries);
-    const bool withTheme = !c.entries.empty();
-    const Ended run = RunProgram(withTheme ? c.arguments + "\"" + theme + "\"" : c.arguments);
-    ASSERT_TRUE(run.ended) << c.name << ": a quiet run left a window open";
-    EXPECT_EQ(run.exitCode, c.exitCode) << c.name;
+    DWORD exitCode = 99;
+    vxtest::RealProgram run(c.entries.empty() ? c.arguments : c.arguments + "\"" + theme + "\"");
+    ASSERT_TRUE(run.Ended(60000, &exitCode)) << c.name << ": a quiet run left a window open";
+    EXPECT_EQ(exitCode, c.exitCode) << c.name;
     EXPECT_EQ(Override("3"), *c.closedFolder ? env.systemFolder + "\\" + c.closedFolder : before) << c.name;
     const auto lines = LogLines(log);
     EXPECT_GE(Count(lines, c.logged), 1u) << c.name;
