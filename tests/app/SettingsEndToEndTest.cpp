@@ -15,6 +15,7 @@
 #include "resource.h"
 #include "settings/SettingsFixture.h"
 #include "support/KeySnapshot.h"
+#include "support/RealProgram.h"
 #include "support/RegistryScope.h"
 #include "ui/win.h"
 
@@ -22,114 +23,56 @@ namespace {
 
 using namespace vx;
 
-HWND TopWindowOf(DWORD pid, const char* className) {
-  struct Found { DWORD pid; const char* cls; HWND hwnd; } f{pid, className, nullptr};
-  EnumWindows(
-      [](HWND h, LPARAM lp) -> BOOL {
-        auto* f = reinterpret_cast<Found*>(lp);
-        DWORD owner = 0;
-        GetWindowThreadProcessId(h, &owner);
-        char cls[64] = {};
-        GetClassNameA(h, cls, sizeof cls);
-        if (owner == f->pid && IsWindowVisible(h) && std::string(cls) == f->cls) {
-          f->hwnd = h;
-          return FALSE;
-        }
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&f));
-  return f.hwnd;
-}
-
-template <typename F>
-auto WaitFor(F find, int ms = 20000) -> decltype(find()) {
-  for (int waited = 0; waited < ms; waited += 20) {
-    if (auto h = find()) return h;
-    Sleep(20);
-  }
-  return {};
-}
-
-HWND ChildWithText(HWND parent, const std::string& text) {
-  for (HWND c = GetWindow(parent, GW_CHILD); c; c = GetWindow(c, GW_HWNDNEXT))
-    if (ui::GetText(c) == text) return c;
-  return nullptr;
-}
-
 std::string DialogText(HWND dialog) {
   std::string all;
   for (HWND c = GetWindow(dialog, GW_CHILD); c; c = GetWindow(c, GW_HWNDNEXT)) all += ui::GetText(c) + "\n";
   return all;
 }
 
-// vexillor.exe, started beside the test program, closed (or ended) when the test is over.
-class Program {
+// vexillor.exe with the controls these tests drive, ended when the test is over.
+class Program : public vxtest::RealProgram {
  public:
   Program() {
-    const std::string self = ui::ModulePath();
-    std::string cmd(1, '"');
-    cmd.append(self, 0, self.rfind('\\'));
-    cmd += "\\..\\vexillor.exe\"";
-    STARTUPINFOA si{};
-    si.cb = sizeof si;
-    PROCESS_INFORMATION pi{};
-    if (!CreateProcessA(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi)) return;
-    process_ = pi.hProcess;
-    pid_ = pi.dwProcessId;
-    CloseHandle(pi.hThread);
-    main = WaitFor([&] { return TopWindowOf(pid_, "VexillorMain"); });
-    WaitForInputIdle(process_, 10000);
+    main = Window("VexillorMain");
+    WaitForInputIdle(process(), 10000);
     if (!main) return;
     pane = GetDlgItem(main, IDC_PANE);
     page = GetDlgItem(pane, IDC_SETTINGS_PAGE);
     tree = GetDlgItem(page, IDC_SETTINGS_TREE);
     apply = GetDlgItem(main, IDC_APPLY);
   }
-  ~Program() {
-    if (!process_) return;
-    if (WaitForSingleObject(process_, 0) == WAIT_TIMEOUT) TerminateProcess(process_, 1);
-    CloseHandle(process_);
-  }
-  Program(const Program&) = delete;
-  Program& operator=(const Program&) = delete;
 
   // The next prompt of the program, or nullptr when none comes.
-  HWND Prompt(int ms = 20000) { return WaitFor([&] { return TopWindowOf(pid_, "#32770"); }, ms); }
+  HWND Prompt(int ms = 20000) { return Window("#32770", ms); }
   // Presses a prompt's button by its caption and waits for the prompt to go.
   static void Press(HWND prompt, const std::string& caption) {
-    HWND button = ChildWithText(prompt, caption);
-    ASSERT_NE(button, nullptr) << caption << " in " << DialogText(prompt);
-    PostMessageA(button, BM_CLICK, 0, 0);
-    WaitFor([&] { return IsWindow(prompt) && IsWindowVisible(prompt) ? nullptr : prompt; });
+    ASSERT_TRUE(vxtest::ClickButton(prompt, caption)) << caption << " in " << DialogText(prompt);
+    vxtest::WaitUntil([&] { return !IsWindow(prompt) || !IsWindowVisible(prompt); });
   }
   void Command(int id) { PostMessageA(main, WM_COMMAND, static_cast<WPARAM>(id), 0); }
-  bool ApplyEnabled() { return WaitFor([&] { return IsWindowEnabled(apply) ? apply : nullptr; }) != nullptr; }
+  bool ApplyEnabled() { return vxtest::WaitUntil([&] { return IsWindowEnabled(apply) != FALSE; }); }
   // Presses Apply and answers its prompts (OK to the rebuild notice, No to the restart offer) until
   // Apply greys itself again; returns the prompts' texts.
   std::vector<std::string> ApplyAndAnswer() {
     std::vector<std::string> asked;
     PostMessageA(apply, BM_CLICK, 0, 0);
     for (int waited = 0; waited < 30000 && IsWindowEnabled(apply); waited += 100) {
-      HWND prompt = TopWindowOf(pid_, "#32770");
+      HWND prompt = Prompt(0);
       if (!prompt) {
         Sleep(100);
         continue;
       }
       asked.push_back(DialogText(prompt));
-      Press(prompt, ChildWithText(prompt, "No") ? "No" : "OK");
+      Press(prompt, vxtest::ChildWithText(prompt, "No") ? "No" : "OK");
     }
     return asked;
   }
   bool Close() {
     PostMessageA(main, WM_CLOSE, 0, 0);
-    return WaitForSingleObject(process_, 15000) == WAIT_OBJECT_0;
+    return Ended(15000);
   }
 
   HWND main = nullptr, pane = nullptr, page = nullptr, tree = nullptr, apply = nullptr;
-
- private:
-  HANDLE process_ = nullptr;
-  DWORD pid_ = 0;
 };
 
 // The keys the icon stage of Apply writes, worked out from the same registry, to be put back.
