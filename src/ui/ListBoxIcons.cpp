@@ -122,6 +122,15 @@ struct ListBoxIcons::Impl {
     size_t keep = kCutWhenAdded;
   };
 
+  // The selection's highlight, owed like a row: what it will show is fixed when it is asked for.
+  struct PendingHighlight {
+    bool owed = false;
+    RECT rect{};
+    std::string path, caption;
+    int index = 0;
+    bool cursor = false;  // an animated pointer: drawn from the file as a cursor
+  };
+
   // The outer frame: lays out its two children and forwards the scroll bar's requests.
   class ContainerWindow : public Window {
    public:
@@ -161,7 +170,7 @@ struct ListBoxIcons::Impl {
           return impl_.buffer.Paint(hwnd(), msg, wp);
         case WM_PRINTCLIENT:
           impl_.EnsureBuffer();
-          impl_.DrawOwed(0, impl_.count - 1);
+          impl_.DrawAllOwed();
           return impl_.buffer.Paint(hwnd(), msg, wp);
         case WM_ERASEBKGND:
           return 1;
@@ -225,6 +234,7 @@ struct ListBoxIcons::Impl {
   RECT sel{};
   // Whether a selection has been drawn yet: a fresh list shows no highlight until one is made.
   bool highlightShown = false;
+  PendingHighlight owedHighlight;
   // The extension found for the last path that had one; a path without "." reuses it.
   std::string lastExt;
 
@@ -317,49 +327,61 @@ struct ListBoxIcons::Impl {
     DestroyIcon(icon);
   }
 
-  void DrawRowIcon(const Item& item, int y, bool selected) {
-    const size_t dot = item.iconPath.find('.');
-    if (dot != std::string::npos) lastExt = item.iconPath.substr(dot + 1);
-    const bool ani = lastExt == "ani";
-    if (ani && selected) {
-      HCURSOR cursor = static_cast<HCURSOR>(
-          LoadImageA(nullptr, item.iconPath.c_str(), IMAGE_CURSOR, 0, 0, LR_LOADFROMFILE));
-      if (!cursor) return;
-      DrawIcon(buffer.dc(), kIconLeft, y, cursor);
-      DestroyCursor(cursor);
+  // Notes the extension of a row's path, as drawing the row does: a path without "." keeps the last
+  // one. Answers whether the row is drawn as an animated pointer.
+  bool NoteExtension(const std::string& path) {
+    const size_t dot = path.find('.');
+    if (dot != std::string::npos) lastExt = path.substr(dot + 1);
+    return lastExt == "ani";
+  }
+
+  // A row drawn again in the normal colours is owed like any other. An empty row past the last item
+  // has no icon to wait for and is cleared at once.
+  void RedrawRowNormal(int row) {
+    if (!buffer) return;
+    const Item& item = Slot(row);
+    const bool ani = NoteExtension(item.iconPath);
+    if (owedHighlight.owed && owedHighlight.rect.top / kRow == row) owedHighlight = PendingHighlight{};
+    if (row < count) {
+      owed[static_cast<size_t>(row)] =
+          Pending{true, true, item.iconPath, item.caption, ani ? 0 : item.iconIndex, kCutWhenRedrawn};
       return;
     }
-    DrawExtracted(item.iconPath, ani ? 0 : item.iconIndex, y);
-  }
-
-  void DrawRowNormal(int row) {
-    if (!buffer) return;
     EnsureBuffer();
-    const Item& item = Slot(row);
-    // The band covers all the row's owed drawing would, and the line below it in the same colour.
-    if (row >= 0 && row < count) owed[static_cast<size_t>(row)] = Pending{};
-    const int top = row * kRow;
-    // Covers the row and the first line below it, where an old highlight's band ended.
-    Band(buffer.dc(), 0, top, surfW, top + kRow + 1, GetSysColor(COLOR_WINDOW));
-    DrawRowIcon(item, top + kIconTop, false);
-    DrawCaption(item.caption, row, kCutWhenRedrawn, GetSysColor(COLOR_WINDOWTEXT));
+    Band(buffer.dc(), 0, row * kRow, surfW, row * kRow + kRow + 1, GetSysColor(COLOR_WINDOW));
   }
 
-  void DrawRowSelected(int row) {
-    const Item& item = Slot(row);
-    DrawRowIcon(item, row * kRow + kIconTop, true);
-    DrawCaption(item.caption, row, kCutWhenRedrawn, GetSysColor(COLOR_HIGHLIGHTTEXT));
-  }
-
+  // The highlight of the selected row waits for the row to be seen, like the row itself: at start
+  // every tab's list selects its first row, and only one of them is on show.
   void DrawHighlight() {
-    EnsureBuffer();
-    // The row above owes a band whose last line is this row's first; the highlight must cover it.
-    DrawOwed(SelectedRow() - 1, SelectedRow());
-    HDC dc = buffer.dc();
-    Band(dc, sel.left, sel.top, sel.right, sel.bottom, GetSysColor(COLOR_HIGHLIGHT));
-    DrawFocusRect(dc, &sel);
-    DrawRowSelected(SelectedRow());
+    const Item& item = Selected();
+    const bool ani = NoteExtension(item.iconPath);
+    owedHighlight = PendingHighlight{true, sel, item.iconPath, item.caption, ani ? 0 : item.iconIndex, ani};
     highlightShown = true;
+  }
+
+  void SettleHighlight() {
+    if (!owedHighlight.owed || !buffer) return;
+    const PendingHighlight h = std::move(owedHighlight);
+    owedHighlight = PendingHighlight{};
+    EnsureBuffer();
+    const int row = h.rect.top / kRow;
+    // The row above owes a band whose last line is this row's first; the highlight must cover it.
+    DrawOwed(row - 1, row);
+    HDC dc = buffer.dc();
+    Band(dc, h.rect.left, h.rect.top, h.rect.right, h.rect.bottom, GetSysColor(COLOR_HIGHLIGHT));
+    DrawFocusRect(dc, &h.rect);
+    const int y = row * kRow + kIconTop;
+    if (h.cursor) {
+      HCURSOR cursor =
+          static_cast<HCURSOR>(LoadImageA(nullptr, h.path.c_str(), IMAGE_CURSOR, 0, 0, LR_LOADFROMFILE));
+      if (!cursor) return;
+      DrawIcon(dc, kIconLeft, y, cursor);
+      DestroyCursor(cursor);
+    } else {
+      DrawExtracted(h.path, h.index, y);
+    }
+    DrawCaption(h.caption, row, kCutWhenRedrawn, GetSysColor(COLOR_HIGHLIGHTTEXT));
   }
 
   // --- selection and scrolling ---------------------------------------------------------------------
@@ -367,7 +389,7 @@ struct ListBoxIcons::Impl {
   // A press at y of lstMain: every selection, by mouse, keys or code, comes through here.
   void PressAt(int y) {
     if (y < 0 || y >= surfH || !buffer) return;
-    DrawRowNormal(SelectedRow());
+    RedrawRowNormal(SelectedRow());
     sel.left = 0;
     sel.top = y / kRow * kRow;
     sel.right = surfW - 1;
@@ -539,6 +561,13 @@ struct ListBoxIcons::Impl {
       DrawExtracted(todo.path, todo.index, top + kIconTop);
       DrawCaption(todo.caption, r, todo.keep, GetSysColor(COLOR_WINDOWTEXT));
     }
+    const int highlightRow = owedHighlight.rect.top / kRow;
+    if (owedHighlight.owed && highlightRow >= first && highlightRow <= last) SettleHighlight();
+  }
+
+  void DrawAllOwed() {
+    DrawOwed(0, count - 1);
+    SettleHighlight();
   }
 
   // Before reading a row: what is owed there, and to the rows whose bands meet it.
@@ -554,7 +583,7 @@ struct ListBoxIcons::Impl {
   int RowsOwed() const {
     int n = 0;
     for (int r = 0; r < count; ++r) n += owed[static_cast<size_t>(r)].owed;
-    return n;
+    return n + owedHighlight.owed;
   }
 
   void ApplySystemSettings() {
@@ -581,7 +610,7 @@ struct ListBoxIcons::Impl {
     LOGFONTA lf = CaptionFont(face);
     FontHandle f(CreateFontIndirectA(&lf));
     if (!f) return;
-    DrawOwed(0, count - 1);  // owed rows keep the font they were asked for in
+    DrawAllOwed();  // owed rows keep the font they were asked for in
     font = std::move(f);
     fontName = face;
   }
@@ -638,6 +667,8 @@ void ListBoxIcons::AddItem(const std::string& caption, const std::string& iconPa
   item.listIndex = std::to_string(slot);
   ++m.count;
   // Drawn when first seen. Cursor files get no special case here: a new row shows the file's icon.
+  // A highlight waiting on this empty row was there first and is drawn under the new row.
+  if (m.owedHighlight.owed && m.owedHighlight.rect.top / kRow == slot) m.SettleHighlight();
   if (m.buffer)
     m.owed[static_cast<size_t>(slot)] = Impl::Pending{true, false, iconPath, caption, iconIndex, kCutWhenAdded};
   m.Repaint();

@@ -14,7 +14,7 @@ constexpr int kRow = ListBoxIcons::kRowHeight;
 
 // Every row read once: nothing is owed any more, as when every row was drawn the moment it was asked for.
 void SettleAll(ListBoxIcons& list) {
-  for (int r = 0; r < list.Count(); ++r) list.Pixel(0, r * kRow + 1);
+  for (int y = 1; y < list.SurfaceHeight(); y += kRow) list.Pixel(0, y);
 }
 
 void AddRows(ListBoxIcons& list, int n) {
@@ -32,6 +32,10 @@ TEST(LazyRows, ThePictureIsTheSameWhicheverOrderRowsAreFirstSeenIn) {
       {"rows added", {[](ListBoxIcons& l) { AddRows(l, 12); }}},
       {"added, then one selected",
        {[](ListBoxIcons& l) { AddRows(l, 12); }, [](ListBoxIcons& l) { l.SelItemIndex(7); }}},
+      {"selected three times before it was seen, the last on an empty row that is then filled",
+       {[](ListBoxIcons& l) { AddRows(l, 3); }, [](ListBoxIcons& l) { l.SelItemIndex(1); },
+        [](ListBoxIcons& l) { l.SelItemIndex(2); }, [](ListBoxIcons& l) { l.SelItemIndex(4); },
+        [](ListBoxIcons& l) { AddRows(l, 8); }}},
       {"selected, then the list narrowed (every row drawn again)",
        {[](ListBoxIcons& l) { AddRows(l, 9); }, [](ListBoxIcons& l) { l.SelItemIndex(4); },
         [](ListBoxIcons& l) { l.Move(10, 10, 220, 280); }}},
@@ -87,6 +91,8 @@ TEST(LazyRows, PaintingDrawsTheRowsInViewAndScrollingTheRestAsTheyCome) {
   EXPECT_GE(shown.RowsOwed(), 19 - inView - 1);
   EXPECT_LE(shown.RowsOwed(), 19 - inView + 1);
   EXPECT_EQ(hidden.RowsOwed(), 19);
+  hidden.SelItemIndex(2);  // as every tab's list is at start
+  EXPECT_EQ(hidden.RowsOwed(), 19 + 1) << "a hidden list drew its highlight";
 
   SendMessageA(shown.hwnd(), WM_VSCROLL, SB_BOTTOM, 0);
   ui::DoEvents();
