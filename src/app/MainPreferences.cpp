@@ -73,7 +73,8 @@ void Main::RebuildRecentMenu() {
     InsertMenuA(file, pos++, MF_BYPOSITION | MF_STRING, static_cast<UINT_PTR>(IDM_FILE_RECENT1 + n),
                 recent_.captions[static_cast<size_t>(n)].c_str());
   }
-  DrawMenuBar(hwnd());
+  // The items live in the File menu's drop-down, built anew each time it opens: the menu bar itself
+  // is unchanged and needs no redrawing.
 }
 
 }  // namespace vx

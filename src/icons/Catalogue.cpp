@@ -153,6 +153,10 @@ ShownIcon CurrentIcon(const IconItem& item, const Environment& env) {
 
 std::vector<IconItem> Add_Icons(const Environment& env, const IconLists& lists) {
   std::vector<IconItem> items = BuildCatalogue(env);
+  std::vector<ui::ListBoxIcons::Filling> filling;
+  filling.reserve(lists.size());
+  for (ui::ListBoxIcons* list : lists)
+    if (list) filling.emplace_back(*list);
   for (const IconItem& item : items) {
     ui::ListBoxIcons* list = lists[item.tab];
     if (!list) continue;

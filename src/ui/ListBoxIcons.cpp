@@ -255,6 +255,7 @@ struct ListBoxIcons::Impl {
 
   int scrollValue = 0, scrollMax = 0;
   bool pressed = false, dblClicked = false;
+  int filling = 0;  // open Filling scopes: the windows catch up with added rows when the last ends
 
   Item& Slot(int index) {
     if (index < 0 || index >= kCapacity) throw std::out_of_range("ListBoxIcons: item index out of range");
@@ -659,7 +660,10 @@ void ListBoxIcons::AddItem(const std::string& caption, const std::string& iconPa
   Impl& m = *impl_;
   const int slot = m.count;
   Impl::Item& item = m.Slot(slot);
-  if (m.count > 4) m.SetSurfaceSize(m.surfW, (m.count + 1) * kRow);
+  if (m.count > 4) {
+    if (m.filling) m.surfH = (m.count + 1) * kRow;
+    else m.SetSurfaceSize(m.surfW, (m.count + 1) * kRow);
+  }
   item.caption = caption;
   item.iconPath = iconPath;
   item.iconIndex = iconIndex;
@@ -671,7 +675,18 @@ void ListBoxIcons::AddItem(const std::string& caption, const std::string& iconPa
   if (m.owedHighlight.owed && m.owedHighlight.rect.top / kRow == slot) m.SettleHighlight();
   if (m.buffer)
     m.owed[static_cast<size_t>(slot)] = Impl::Pending{true, false, iconPath, caption, iconIndex, kCutWhenAdded};
+  if (m.filling) return;
   m.Repaint();
+  m.UpdateScrollMax();
+}
+
+ListBoxIcons::Filling::Filling(ListBoxIcons& list) : list_(&list) { ++list.impl_->filling; }
+
+ListBoxIcons::Filling::~Filling() {
+  if (!list_) return;
+  Impl& m = *list_->impl_;
+  if (--m.filling > 0) return;
+  m.SetSurfaceSize(m.surfW, m.surfH);
   m.UpdateScrollMax();
 }
 

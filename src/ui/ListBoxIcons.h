@@ -47,6 +47,20 @@ class ListBoxIcons {
 
   void AddItem(const std::string& caption, const std::string& iconPath, int16_t iconIndex,
                const std::string& key);
+  // While one of these lives, rows added change the list's windows (size, scroll bar) not each time
+  // but once, when it ends: filling a list a row at a time otherwise moves and repaints it per row.
+  class Filling {
+   public:
+    explicit Filling(ListBoxIcons& list);
+    ~Filling();
+    Filling(Filling&& other) noexcept : list_(other.list_) { other.list_ = nullptr; }
+    Filling(const Filling&) = delete;
+    Filling& operator=(const Filling&) = delete;
+    Filling& operator=(Filling&&) = delete;
+
+   private:
+    ListBoxIcons* list_;
+  };
   void Change(const std::string& key, const std::string& iconPath, int16_t iconIndex = -1,
               const std::string& caption = "");
   void SelItemKey(const std::string& key);

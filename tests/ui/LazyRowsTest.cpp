@@ -3,6 +3,7 @@
 #include "UiTest.h"
 
 #include <functional>
+#include <tuple>
 
 #include "ui/ListBoxIcons.h"
 
@@ -108,6 +109,41 @@ TEST(LazyRows, PaintingDrawsTheRowsInViewAndScrollingTheRestAsTheyCome) {
   ui::DoEvents();
   UpdateWindow(host.hwnd());
   EXPECT_LT(hidden.RowsOwed(), 19);
+}
+
+
+// Rows added in one fill move and size the list's windows once, at its end, and leave them as adding
+// the rows one at a time does: the same surface, scroll range, thumb and picture.
+TEST(LazyRows, AFillLeavesTheWindowsAsRowByRowAddsDo) {
+  vxtest::HostWindow host;
+  ListBoxIcons byRow, filled;
+  ASSERT_TRUE(byRow.Create(host.hwnd(), 100, 10, 10, 300, 280));
+  ASSERT_TRUE(filled.Create(host.hwnd(), 101, 10, 10, 300, 280));
+  auto surfaceHeight = [](ListBoxIcons& l) {
+    RECT r{};
+    GetWindowRect(l.surface(), &r);
+    return r.bottom - r.top;
+  };
+  AddRows(byRow, 14);
+  {
+    ListBoxIcons::Filling fill(filled);
+    ListBoxIcons::Filling nested(filled);  // a fill inside a fill ends with the outer one
+    AddRows(filled, 14);
+    EXPECT_LT(surfaceHeight(filled), 14 * kRow) << "the windows followed each row";
+  }
+  EXPECT_EQ(surfaceHeight(filled), surfaceHeight(byRow));
+  EXPECT_EQ(filled.SurfaceHeight(), byRow.SurfaceHeight());
+  EXPECT_EQ(filled.ScrollMax(), byRow.ScrollMax());
+  SCROLLINFO a{sizeof a, SIF_ALL, 0, 0, 0, 0, 0}, b = a;
+  GetScrollInfo(byRow.scrollBar(), SB_CTL, &a);
+  GetScrollInfo(filled.scrollBar(), SB_CTL, &b);
+  EXPECT_EQ(std::make_tuple(a.nMin, a.nMax, a.nPage, a.nPos), std::make_tuple(b.nMin, b.nMax, b.nPage, b.nPos));
+  filled.SelItemIndex(12);
+  byRow.SelItemIndex(12);
+  int differing = 0;
+  for (int y = 0; y < byRow.SurfaceHeight(); y += 3)
+    for (int x = 0; x < byRow.SurfaceWidth(); x += 3) differing += filled.Pixel(x, y) != byRow.Pixel(x, y);
+  EXPECT_EQ(differing, 0);
 }
 
 }  // namespace
