@@ -18,6 +18,8 @@
 #include <string>
 #include <vector>
 
+#include "Bench.h"
+#include "BenchLists.h"
 #include "apply/Executor.h"
 #include "apply/Journal.h"
 #include "icons/IconApply.h"
@@ -27,71 +29,19 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using bench::Median;
+using bench::Millis;
 
-// The main window's icon lists, filled by Add_Icons as at start-up.
-struct Lists {
-  explicit Lists(const vx::Environment& env) {
-    parent = CreateWindowExA(0, "STATIC", "", WS_OVERLAPPEDWINDOW, 0, 0, 400, 600, nullptr, nullptr,
-                             GetModuleHandleA(nullptr), nullptr);
-    for (int t : {2, 3, 4, 5, 6, 7, 9}) {
-      owned[t] = std::make_unique<ui::ListBoxIcons>();
-      owned[t]->Create(parent, 100 + t, 0, 0, 300, 500);
-      lists[t] = owned[t].get();
-    }
-    catalogue = vx::Add_Icons(env, lists);
-  }
-  ~Lists() {
-    for (auto& l : owned) l.reset();
-    DestroyWindow(parent);
-  }
-  HWND parent = nullptr;
-  std::array<std::unique_ptr<ui::ListBoxIcons>, 10> owned;
-  vx::IconLists lists{};
-  std::vector<vx::IconItem> catalogue;
-};
-
-// The same writes with nothing but the registry API: open (or create) the key, set, close.
-void BareLoop(const vx::Plan& writes) {
-  for (const vx::Step& s : writes) {
-    std::string sub = s.key;
-    HKEY root = modRegistry::SplitKeyPath(sub);
-    HKEY key = nullptr;
-    if (RegOpenKeyExA(root, sub.c_str(), 0, KEY_WRITE, &key) != ERROR_SUCCESS &&
-        RegCreateKeyA(root, sub.c_str(), &key) != ERROR_SUCCESS)
-      continue;
-    RegSetValueExA(key, s.value.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(s.text.data()),
-                   static_cast<DWORD>(s.text.size()));
-    RegCloseKey(key);
-  }
-}
-
-template <typename F>
-double Millis(F&& f) {
-  const auto start = Clock::now();
-  f();
-  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-}
-
-double Median(std::vector<double> v) {
-  std::sort(v.begin(), v.end());
-  return v.empty() ? 0 : v[v.size() / 2];
-}
 
 }  // namespace
 
-int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR cmdLine, int) {
-  int rounds = 20;
-  std::string outFile;
-  {
-    std::string args = cmdLine ? cmdLine : "";
-    const auto blank = args.find(' ');
-    if (!args.empty()) rounds = std::max(1, std::atoi(args.substr(0, blank).c_str()));
-    if (blank != std::string::npos) outFile = args.substr(blank + 1);
-  }
+int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
+  const bench::Args args = bench::ReadArgs(20);
+  const int rounds = args.rounds;
 
   const vx::Environment env = vx::DetectEnvironment();
-  const Lists lists(env);
+  bench::IconListsWindow lists;
+  lists.Fill(env);
   vx::IconApplyOptions options;
   options.currentThemePath = "C:\\bench.vxtheme";
 
@@ -114,7 +64,7 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR cmdLine, int) {
       p.erase(std::remove_if(p.begin(), p.end(), vx::IsNotification), p.end());
       vx::Run(p);
     }));
-    bare.push_back(Millis([&] { BareLoop(writes); }));
+    bare.push_back(Millis([&] { bench::BareWrites(writes); }));
     execute.push_back(Millis([&] { vx::Execute(writes); }));
     journaled.push_back(Millis([&] {
       vx::Journal journal(journalPath, vx::Journal::kApply);
@@ -139,14 +89,8 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR cmdLine, int) {
                 "icon apply / bare writes: %.2f\n"
                 "apply with undo record / bare writes: %.2f\n"
                 "apply with journal / bare writes: %.2f\n",
-                rounds, writes.size(), p, b, e, Median(cursors), Median(rebuild), b > 0 ? p / b : 0.0,
-                b > 0 ? e / b : 0.0, b > 0 ? Median(journaled) / b : 0.0);
-  std::fputs(text, stdout);
-  std::fflush(stdout);
-  if (!outFile.empty())
-    if (FILE* f = std::fopen(outFile.c_str(), "w")) {
-      std::fputs(text, f);
-      std::fclose(f);
-    }
+                rounds, writes.size(), p, b, e, Median(cursors), Median(rebuild), bench::Ratio(p, b),
+                bench::Ratio(e, b), bench::Ratio(Median(journaled), b));
+  bench::Report(text, args);
   return 0;
 }

@@ -16,17 +16,13 @@
 #include <string>
 #include <vector>
 
+#include "Bench.h"
 #include "ui/frmChangeIcon.h"
 #include "ui/win.h"
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-double Median(std::vector<double> v) {
-  std::sort(v.begin(), v.end());
-  return v.empty() ? 0 : v[v.size() / 2];
-}
+using bench::Median;
 
 // Closes the picker as soon as its modal loop handles a message: by then it has opened.
 void CALLBACK CloseThePicker(HWND, UINT, UINT_PTR id, DWORD) {
@@ -40,9 +36,9 @@ double OpenMillis(const std::string& file) {
   form.Filename = file;
   form.IconIndex = 0;
   SetTimer(nullptr, 0, 0, &CloseThePicker);
-  const auto start = Clock::now();
+  const auto start = bench::Clock::now();
   form.ChooseIcon(nullptr);
-  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+  return bench::Millis(start, bench::Clock::now());
 }
 
 std::string Beside(const char* name) {
@@ -53,7 +49,8 @@ std::string Beside(const char* name) {
 }  // namespace
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
-  const int rounds = __argc > 1 ? std::max(1, std::atoi(__argv[1])) : 20;
+  const bench::Args args = bench::ReadArgs(20);
+  const int rounds = args.rounds;
   char dir[MAX_PATH];
   const std::string shell32 = std::string(dir, GetSystemDirectoryA(dir, MAX_PATH)) + "\\shell32.dll";
   const std::string files[] = {Beside("icons32.dll"), shell32, Beside("icons1000.dll")};
@@ -67,12 +64,6 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
                 "picker 32: %.2f ms (icons32.dll), 184: %.2f ms (shell32.dll), 1000: %.2f ms (icons1000.dll), "
                 "median of %d\npicker 1000/32: %.2f\npicker 184/32: %.2f\n",
                 base, Median(times[1]), Median(times[2]), rounds, Median(times[2]) / base, Median(times[1]) / base);
-  std::fputs(text, stdout);
-  if (__argc > 2) {
-    if (FILE* out = std::fopen(__argv[2], "w")) {
-      std::fputs(text, out);
-      std::fclose(out);
-    }
-  }
+  bench::Report(text, args);
   return 0;
 }

@@ -24,6 +24,8 @@
 #include <string>
 #include <vector>
 
+#include "Bench.h"
+#include "BenchLists.h"
 #include "app/ApplyRun.h"
 #include "apply/Executor.h"
 #include "icons/IconApply.h"
@@ -34,19 +36,8 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-template <typename F>
-double Millis(F&& f) {
-  const auto start = Clock::now();
-  f();
-  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-}
-
-double Median(std::vector<double> v) {
-  std::sort(v.begin(), v.end());
-  return v.empty() ? 0 : v[v.size() / 2];
-}
+using bench::Median;
+using bench::Millis;
 
 HKEY Open(const std::string& path, REGSAM access) {
   std::string sub = path;
@@ -92,75 +83,13 @@ void BareReads(const std::vector<Read>& reads) {
   }
 }
 
-// The same writes and deletions with nothing but the registry API (and the folder calls).
-void BareWrites(const vx::Plan& writes) {
-  for (const vx::Step& s : writes) {
-    switch (s.kind) {
-      case vx::StepKind::CreateFolder: CreateDirectoryA(s.key.c_str(), nullptr); continue;
-      case vx::StepKind::RemoveFolder: RemoveDirectoryA(s.key.c_str()); continue;
-      default: break;
-    }
-    HKEY key = Open(s.key, KEY_WRITE);
-    if (!key && (s.kind == vx::StepKind::SetString || s.kind == vx::StepKind::SetDword)) {
-      std::string sub = s.key;
-      HKEY root = modRegistry::SplitKeyPath(sub);
-      if (RegCreateKeyA(root, sub.c_str(), &key) != ERROR_SUCCESS) key = nullptr;
-    }
-    if (!key) continue;
-    const DWORD number = static_cast<DWORD>(s.number);
-    switch (s.kind) {
-      case vx::StepKind::SetString:
-        RegSetValueExA(key, s.value.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(s.text.data()),
-                       static_cast<DWORD>(s.text.size()));
-        break;
-      case vx::StepKind::SetBinary:
-        RegSetValueExA(key, s.value.c_str(), 0, REG_BINARY, reinterpret_cast<const BYTE*>(s.text.data()),
-                       static_cast<DWORD>(s.text.size()));
-        break;
-      case vx::StepKind::SetDword:
-        RegSetValueExA(key, s.value.c_str(), 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number), sizeof number);
-        break;
-      case vx::StepKind::DeleteValue: RegDeleteValueA(key, s.value.c_str()); break;
-      case vx::StepKind::DeleteKey: RegDeleteKeyA(key, s.value.c_str()); break;
-      default: break;
-    }
-    RegCloseKey(key);
-  }
-}
 
-// The main window's icon lists, filled by Add_Icons as at start-up.
-struct Lists {
-  explicit Lists(const vx::Environment& env) {
-    parent = CreateWindowExA(0, "STATIC", "", WS_OVERLAPPEDWINDOW, 0, 0, 400, 600, nullptr, nullptr,
-                             GetModuleHandleA(nullptr), nullptr);
-    for (int t : {2, 3, 4, 5, 6, 7, 9}) {
-      owned[static_cast<size_t>(t)] = std::make_unique<ui::ListBoxIcons>();
-      owned[static_cast<size_t>(t)]->Create(parent, 100 + t, 0, 0, 300, 500);
-      lists[static_cast<size_t>(t)] = owned[static_cast<size_t>(t)].get();
-    }
-    catalogue = vx::Add_Icons(env, lists);
-  }
-  ~Lists() {
-    for (auto& l : owned) l.reset();
-    DestroyWindow(parent);
-  }
-  HWND parent = nullptr;
-  std::array<std::unique_ptr<ui::ListBoxIcons>, 10> owned;
-  vx::IconLists lists{};
-  std::vector<vx::IconItem> catalogue;
-};
 
 }  // namespace
 
-int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR cmdLine, int) {
-  int rounds = 20;
-  std::string outFile;
-  {
-    std::string args = cmdLine ? cmdLine : "";
-    const auto blank = args.find(' ');
-    if (!args.empty()) rounds = std::max(1, std::atoi(args.substr(0, blank).c_str()));
-    if (blank != std::string::npos) outFile = args.substr(blank + 1);
-  }
+int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
+  const bench::Args args = bench::ReadArgs(20);
+  const int rounds = args.rounds;
   INITCOMMONCONTROLSEX icc{sizeof icc, ICC_WIN95_CLASSES | ICC_TREEVIEW_CLASSES};
   InitCommonControlsEx(&icc);
   // A byte write to a missing policies key reports "Error" in a message box: not here.
@@ -189,7 +118,8 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR cmdLine, int) {
   vx::SettingsTree tree({host, &env, &flags, [] {}, [] {}});
   tree.Create(host, 1, nullptr);
   tree.Fill(screen);
-  const Lists lists(env);
+  bench::IconListsWindow lists;
+  lists.Fill(env);
   const vx::ListBoxValues values(lists.lists);
   vx::ApplyInput input{env,
                        lists.catalogue,
@@ -213,7 +143,7 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR cmdLine, int) {
   std::vector<double> apply, run, bareWrites, parameters;
   for (int r = 0; r < rounds; ++r) {
     apply.push_back(Millis([&] { vx::Execute(writesOf()); }));
-    bareWrites.push_back(Millis([&] { BareWrites(writes); }));
+    bareWrites.push_back(Millis([&] { bench::BareWrites(writes); }));
     run.push_back(Millis([&] { vx::Run(writesOf()); }));
     parameters.push_back(Millis([&] { vx::Run(notifications); }));
   }
@@ -238,14 +168,8 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR cmdLine, int) {
                 "apply with settings / bare writes: %.2f\n"
                 "  without the undo record / bare writes       %8.2f\n"
                 "  apart: %zu SystemParametersInfoA calls        %8.2f ms\n",
-                rounds, reads.size(), writes.size(), f, m, br, br > 0 ? f / br : 0.0, br > 0 ? m / br : 0.0, a, rr,
-                bw, bw > 0 ? a / bw : 0.0, bw > 0 ? rr / bw : 0.0, notifications.size(), Median(parameters));
-  std::fputs(text, stdout);
-  std::fflush(stdout);
-  if (!outFile.empty())
-    if (FILE* out = std::fopen(outFile.c_str(), "w")) {
-      std::fputs(text, out);
-      std::fclose(out);
-    }
+                rounds, reads.size(), writes.size(), f, m, br, bench::Ratio(f, br), bench::Ratio(m, br), a, rr,
+                bw, bench::Ratio(a, bw), bench::Ratio(rr, bw), notifications.size(), Median(parameters));
+  bench::Report(text, args);
   return 0;
 }

@@ -17,6 +17,8 @@
 #include <string>
 #include <vector>
 
+#include "Bench.h"
+#include "BenchLists.h"
 #include "app/Main.h"
 #include "apply/Journal.h"
 #include "icons/Catalogue.h"
@@ -26,7 +28,9 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using bench::Clock;
+using bench::Median;
+using bench::Millis;
 
 struct FoundWindow {
   DWORD pid;
@@ -65,19 +69,7 @@ double TimeStart(const std::string& exe) {
   if (WaitForSingleObject(pi.hProcess, 10000) != WAIT_OBJECT_0) TerminateProcess(pi.hProcess, 1);
   CloseHandle(pi.hThread);
   CloseHandle(pi.hProcess);
-  return std::chrono::duration<double, std::milli>(t1 - t0).count();
-}
-
-double Median(std::vector<double> v) {
-  std::sort(v.begin(), v.end());
-  return v.empty() ? 0 : v[v.size() / 2];
-}
-
-template <class F>
-double Millis(F&& f) {
-  const auto start = Clock::now();
-  f();
-  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+  return bench::Millis(t0, t1);
 }
 
 void Pump() {
@@ -89,23 +81,8 @@ void Pump() {
 }
 
 // The icon tabs' lists on a hidden host, as the main window makes them.
-struct Lists {
-  HWND host = CreateWindowExA(0, "STATIC", "", WS_OVERLAPPEDWINDOW, 0, 0, 600, 500, nullptr, nullptr, nullptr,
-                              nullptr);
-  std::array<std::unique_ptr<ui::ListBoxIcons>, 10> owned;
-  vx::IconLists lists{};
-  Lists() {
-    for (int tab = vx::kTabDesktop; tab <= vx::kTabPointers; ++tab) {
-      if (tab == vx::kTabExplorer) continue;
-      owned[static_cast<size_t>(tab)] = std::make_unique<ui::ListBoxIcons>();
-      owned[static_cast<size_t>(tab)]->Create(host, 100 + tab, 0, 0, 380, 300);
-      lists[static_cast<size_t>(tab)] = owned[static_cast<size_t>(tab)].get();
-    }
-  }
-  ~Lists() {
-    for (auto& l : owned) l.reset();
-    DestroyWindow(host);
-  }
+struct Lists : bench::IconListsWindow {
+  Lists() : IconListsWindow(380, 300) {}
   // Every row of every list drawn, as the lists did before rows waited to be seen.
   void DrawAll() {
     for (auto* l : lists)
@@ -147,11 +124,11 @@ std::string Stretches(Clock::time_point start, Clock::time_point end, size_t sho
   std::string from = "start", last;
   Clock::time_point t = start;
   for (const Mark& m : g_marks) {
-    all.push_back({std::chrono::duration<double, std::milli>(m.at - t).count(), from, m.what});
+    all.push_back({Millis(t, m.at), from, m.what});
     t = m.at;
     from = m.what;
   }
-  all.push_back({std::chrono::duration<double, std::milli>(end - t).count(), from, "end of Create"});
+  all.push_back({Millis(t, end), from, "end of Create"});
   std::sort(all.begin(), all.end(), [](const Stretch& a, const Stretch& b) { return a.ms > b.ms; });
   std::string text;
   char line[200];
@@ -166,13 +143,14 @@ std::string Stretches(Clock::time_point start, Clock::time_point end, size_t sho
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main() {
   char self[MAX_PATH];
   GetModuleFileNameA(nullptr, self, MAX_PATH);
   std::string dir(self);
   dir = dir.substr(0, dir.rfind('\\') + 1);
   const std::string programs[3] = {dir + "bare_window.exe", dir + "fair_window.exe", dir + "..\\vexillor.exe"};
-  const int rounds = std::min(argc > 1 ? std::max(1, std::atoi(argv[1])) : 9, 25);
+  const bench::Args args = bench::ReadArgs(9, 25);
+  const int rounds = args.rounds;
   std::vector<double> times[3];
   for (const auto& p : programs) TimeStart(p);  // warm every one up once
   for (int i = 0; i < rounds; ++i)  // interleaved, the order turning each round, so all see the same machine
@@ -245,11 +223,6 @@ int main(int argc, char** argv) {
       Median(allRowsT), Median(journalT),
       Median(createT), Median(paintT), Stretches(createStart, createEnd, 8).c_str(), fair > 0 ? vex / fair : 0.0,
       bare > 0 ? vex / bare : 0.0);
-  std::fputs(text, stdout);
-  if (argc > 2)
-    if (FILE* f = std::fopen(argv[2], "w")) {
-      std::fputs(text, f);
-      std::fclose(f);
-    }
+  bench::Report(text, args);
   return 0;
 }

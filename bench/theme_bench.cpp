@@ -14,11 +14,13 @@
 #include <string>
 #include <vector>
 
+#include "Bench.h"
 #include "themes/Themes.h"
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using bench::Median;
+
 constexpr int kLoadsPerRound = 20;
 
 // Lists that hold every item of the table and keep what they are given.
@@ -46,15 +48,11 @@ class PlainLists : public vx::ThemeLists {
   std::map<std::pair<int, std::string>, std::string> items;
 };
 
-double Median(std::vector<double> v) {
-  std::sort(v.begin(), v.end());
-  return v[v.size() / 2];
-}
-
 }  // namespace
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
-  const int rounds = __argc > 1 ? std::max(1, std::atoi(__argv[1])) : 20;
+  const bench::Args args = bench::ReadArgs(20);
+  const int rounds = args.rounds;
   const vx::Environment env = vx::DetectEnvironment();
   char temp[MAX_PATH] = {};
   GetTempPathA(MAX_PATH, temp);
@@ -67,17 +65,17 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
   std::vector<double> load, bare;
   size_t sink = 0;
   for (int r = 0; r < rounds; ++r) {
-    auto t0 = Clock::now();
+    auto t0 = bench::Clock::now();
     for (int i = 0; i < kLoadsPerRound; ++i) sink += static_cast<size_t>(vx::LoadTheme(file, env, lists).changed);
-    auto t1 = Clock::now();
+    auto t1 = bench::Clock::now();
     for (int i = 0; i < kLoadsPerRound; ++i)
       for (const vx::ThemeEntry& e : entries) {
         char buffer[128];
         sink += GetPrivateProfileStringA(e.section.c_str(), e.key.c_str(), "", buffer, 127, file.c_str());
       }
-    auto t2 = Clock::now();
-    load.push_back(std::chrono::duration<double, std::milli>(t1 - t0).count() / kLoadsPerRound);
-    bare.push_back(std::chrono::duration<double, std::milli>(t2 - t1).count() / kLoadsPerRound);
+    auto t2 = bench::Clock::now();
+    load.push_back(bench::Millis(t0, t1) / kLoadsPerRound);
+    bare.push_back(bench::Millis(t1, t2) / kLoadsPerRound);
   }
   DeleteFileA(file.c_str());
 
@@ -88,11 +86,6 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
                 "theme load / bare reads: %.2f\n",
                 Median(load), rounds, entries.size(), Median(bare), Median(bare) * 1000 / entries.size(),
                 Median(load) / Median(bare));
-  std::fputs(text, stdout);
-  if (__argc > 2)
-    if (FILE* f = std::fopen(__argv[2], "w")) {
-      std::fputs(text, f);
-      std::fclose(f);
-    }
+  bench::Report(text, args);
   return sink == 0;
 }
