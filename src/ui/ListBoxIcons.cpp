@@ -376,9 +376,10 @@ struct ListBoxIcons::Impl {
     if (h.cursor) {
       HCURSOR cursor =
           static_cast<HCURSOR>(LoadImageA(nullptr, h.path.c_str(), IMAGE_CURSOR, 0, 0, LR_LOADFROMFILE));
-      if (!cursor) return;
-      DrawIcon(dc, kIconLeft, y, cursor);
-      DestroyCursor(cursor);
+      if (cursor) {
+        DrawIcon(dc, kIconLeft, y, cursor);
+        DestroyCursor(cursor);
+      }
     } else {
       DrawExtracted(h.path, h.index, y);
     }

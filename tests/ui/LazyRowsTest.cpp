@@ -146,4 +146,18 @@ TEST(LazyRows, AFillLeavesTheWindowsAsRowByRowAddsDo) {
   EXPECT_EQ(differing, 0);
 }
 
+// A selected animated pointer is drawn from its file as a cursor; one that will not load still shows
+// its caption on the highlight.
+TEST(LazyRows, AnAnimatedPointerThatWillNotLoadKeepsItsCaptionWhenSelected) {
+  vxtest::HostWindow host;
+  ListBoxIcons list;
+  ASSERT_TRUE(list.Create(host.hwnd(), 100, 10, 10, 300, 280));
+  list.AddItem("Busy", "C:\\no such pointer.ani", 0, "Wait");
+  list.SelItemIndex(0);
+  int ink = 0;
+  for (int y = 18; y < 48; ++y)
+    for (int x = 40; x < list.SurfaceWidth() - 2; ++x) ink += list.Pixel(x, y) == GetSysColor(COLOR_HIGHLIGHTTEXT);
+  EXPECT_GT(ink, 10);
+}
+
 }  // namespace
