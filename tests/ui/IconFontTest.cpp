@@ -4,10 +4,9 @@
 #include "UiTest.h"
 #include <commctrl.h>
 
-#include <memory>
-
 #include "ids_main.h"
 #include "support/KeySnapshot.h"
+#include "support/RealProgram.h"
 #include "support/RegistryScope.h"
 #include "ui/ListBoxIcons.h"
 
@@ -121,74 +120,45 @@ TEST(IconFont, CaptionsTakeOnlyTheFaceNameAndStayInsideTheirRows) {
   }
 }
 
-// --- the real program ---------------------------------------------------------------------------
-
-HWND VisibleChildOfClass(HWND parent, const char* className) {
-  struct Find { const char* name; HWND found; } f{className, nullptr};
+// The list's drawing surface that is shown (the Desktop tab's at a first start).
+HWND VisibleSurface(HWND main) {
+  HWND found = nullptr;
   EnumChildWindows(
-      parent,
+      main,
       [](HWND h, LPARAM lp) -> BOOL {
-        auto* f = reinterpret_cast<Find*>(lp);
         char cls[64] = {};
         GetClassNameA(h, cls, sizeof cls);
-        if (std::string(cls) != f->name || !IsWindowVisible(h)) return TRUE;
-        f->found = h;
+        if (std::string(cls) != "VxListBoxIconsSurface" || !IsWindowVisible(h)) return TRUE;
+        *reinterpret_cast<HWND*>(lp) = h;
         return FALSE;
       },
-      reinterpret_cast<LPARAM>(&f));
-  return f.found;
-}
-
-HWND MainWindowOf(DWORD pid) {
-  for (HWND h = FindWindowExA(nullptr, nullptr, "VexillorMain", nullptr); h;
-       h = FindWindowExA(nullptr, h, "VexillorMain", nullptr)) {
-    DWORD owner = 0;
-    GetWindowThreadProcessId(h, &owner);
-    if (owner == pid && IsWindowVisible(h)) return h;
-  }
-  return nullptr;
+      reinterpret_cast<LPARAM>(&found));
+  return found;
 }
 
 // Each record in turn: the program opens its window, answers messages, shows nine tab captions and
 // draws a caption in each visible row of the Desktop tab's list, read back from the screen.
 TEST(IconFont, TheProgramStartsToAnIdleWindowWithEachRecord) {
-  const std::string self = ui::ModulePath();
-  std::string exe = self.substr(0, self.rfind('\\')) + "\\..\\vexillor.exe";
   for (size_t i : {size_t{1}, size_t{3}, size_t{4}}) {  // 48 pixels; damaged; no NUL
     const Record& r = Records()[i];
     SCOPED_TRACE(r.what);
     vxtest::RegistryScope prefs({vxtest::kProgramKey});  // a first start: the Desktop tab
     IconFontScope scope(r.bytes, 0);
-    STARTUPINFOA si{};
-    si.cb = sizeof si;
-    PROCESS_INFORMATION pi{};
-    std::string cmd = "\"" + exe + "\"";
-    ASSERT_TRUE(CreateProcessA(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi));
-    std::unique_ptr<void, void (*)(void*)> process(pi.hProcess, [](void* h) {
-      if (WaitForSingleObject(h, 0) == WAIT_TIMEOUT) TerminateProcess(h, 1);
-      CloseHandle(h);
-    });
-    CloseHandle(pi.hThread);
-
-    HWND main = nullptr;
-    for (int waited = 0; !main && waited < 20000; waited += 50) {
-      Sleep(50);
-      main = MainWindowOf(pi.dwProcessId);
-    }
+    vxtest::RealProgram program;
+    HWND main = program.Window("VexillorMain");
     ASSERT_NE(main, nullptr) << "no window";
-    EXPECT_EQ(WaitForInputIdle(pi.hProcess, 20000), 0u) << "never idle";
+    EXPECT_EQ(WaitForInputIdle(program.process(), 20000), 0u) << "never idle";
     DWORD_PTR answer = 0;
     EXPECT_NE(SendMessageTimeoutA(main, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, &answer), 0) << "busy";
     EXPECT_EQ(SendMessageA(GetDlgItem(main, IDC_TABSTRIP), TCM_GETITEMCOUNT, 0, 0), 9);
 
-    HWND surface = VisibleChildOfClass(main, "VxListBoxIconsSurface");
+    HWND surface = VisibleSurface(main);
     ASSERT_NE(surface, nullptr);
     RedrawWindow(main, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
     SendMessageTimeoutA(main, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, &answer);
-    RECT shown;
+    RECT shown, at;
     GetClientRect(GetParent(surface), &shown);  // the visible part: the list's frame
     MapWindowPoints(GetParent(surface), nullptr, reinterpret_cast<POINT*>(&shown), 2);
-    RECT at;
     GetWindowRect(surface, &at);
     ui::WindowDc screen(nullptr);
     const int rows = (shown.bottom - at.top) / ui::ListBoxIcons::kRowHeight;
@@ -200,7 +170,7 @@ TEST(IconFont, TheProgramStartsToAnIdleWindowWithEachRecord) {
       EXPECT_LT(bottom, ui::ListBoxIcons::kRowHeight - 1) << "row " << row;
     }
     PostMessageA(main, WM_CLOSE, 0, 0);
-    EXPECT_EQ(WaitForSingleObject(pi.hProcess, 15000), WAIT_OBJECT_0) << "the program did not end";
+    EXPECT_TRUE(program.Ended(15000)) << "the program did not end";
   }
 }
 
