@@ -5,7 +5,6 @@
 #include <tuple>
 
 #include "IconFixtures.h"
-#include "apply/Executor.h"
 #include "icons/IconApply.h"
 #include "icons/Refresh.h"
 #include "support/KeySnapshot.h"

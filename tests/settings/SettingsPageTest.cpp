@@ -60,11 +60,7 @@ class Page : public ::testing::Test {
   void ExpectShownIsModel() {
     for (const SystemSetting& n : tree->model().nodes) {
       const int shown = page().ImageOf(tree->Item(n.key));
-      if (n.image == kImageGroup) {
-        EXPECT_TRUE(shown == kImageGroup || shown == kImageGroupOpen) << n.key;
-      } else {
-        EXPECT_EQ(shown, n.image) << n.key;
-      }
+      EXPECT_EQ(n.image == kImageGroup && shown == kImageGroupOpen ? kImageGroup : shown, n.image) << n.key;
     }
   }
 

@@ -19,19 +19,13 @@ constexpr char kSessionParameters[] = "HKEY_CURRENT_USER\\Software\\Wine\\Tempor
 
 // A font record as NT and Wine store it (LOGFONTW, pitch and family 0x22 before a wide face) and as an
 // ANSI system stores it (LOGFONTA, here with a pitch byte of 0 so that the face stands alone).
-std::string WideRecord(LONG height, const wchar_t* face) {
-  LOGFONTW lf{};
+template <class LogFont, class Char>
+std::string FontRecord(LONG height, const Char* face, BYTE pitchAndFamily) {
+  LogFont lf{};
   lf.lfHeight = height;
   lf.lfWeight = FW_NORMAL;
-  lf.lfPitchAndFamily = 0x22;
-  lstrcpynW(lf.lfFaceName, face, LF_FACESIZE);
-  return std::string(reinterpret_cast<const char*>(&lf), sizeof lf);
-}
-std::string AnsiRecord(LONG height, const char* face) {
-  LOGFONTA lf{};
-  lf.lfHeight = height;
-  lf.lfWeight = FW_NORMAL;
-  lstrcpynA(lf.lfFaceName, face, LF_FACESIZE);
+  lf.lfPitchAndFamily = pitchAndFamily;
+  for (int i = 0; face[i] && i + 1 < LF_FACESIZE; ++i) lf.lfFaceName[i] = face[i];
   return std::string(reinterpret_cast<const char*>(&lf), sizeof lf);
 }
 
@@ -79,17 +73,13 @@ std::pair<int, int> InkRows(const std::function<COLORREF(int, int)>& pixel, int 
   return {top, bottom};
 }
 
-struct Record {
-  const char* what;
-  std::string bytes;
-  LONG systemHeight;  // 0: the system's icon-title font as it is
-};
+struct Record { const char* what; std::string bytes; LONG systemHeight; };  // 0: the system's font as it is
 
 const std::vector<Record>& Records() {
   static const std::vector<Record> records = {
-      {"Wine's own", WideRecord(-11, L"MS Shell Dlg"), 0},
-      {"48 pixels, wide", WideRecord(-48, L"Tahoma"), -48},
-      {"48 pixels, ANSI", AnsiRecord(-48, "Tahoma"), -48},
+      {"Wine's own", FontRecord<LOGFONTW>(-11, L"MS Shell Dlg", 0x22), 0},
+      {"48 pixels, wide", FontRecord<LOGFONTW>(-48, L"Tahoma", 0x22), -48},
+      {"48 pixels, ANSI", FontRecord<LOGFONTA>(-48, "Tahoma", 0), -48},
       {"damaged: 50 printable bytes", std::string(50, 'A'), 0},
       {"no NUL at all, 5000 bytes", std::string(5000, 'B'), 0},
       {"lone printables only", std::string("A\x01" "B\x02" "C", 5), -48},
