@@ -15,6 +15,7 @@ namespace {
 using namespace vx;
 
 constexpr const char* kRootExplore = "HKEY_CLASSES_ROOT\\Folder\\Shell\\RootExplore";
+constexpr const char* kPanel = "Control Panel.{21EC2020-3AEA-1069-A2DD-08002B30309D}";
 constexpr const char* kVerbVX = "HKEY_CLASSES_ROOT\\CLSID\\{20D04FE0-3AEA-1069-A2D8-08002B30309D}\\Shell\\VX";
 
 Environment Env(const char* edition, bool desktopUpdate) {
@@ -71,7 +72,7 @@ TEST_F(Settings, EveryReadRuleAsWritten) {
        "Add Vexillor to My Computer context menu", kImageOn},
       {"folder there", [&] { CreateDirectoryA(scope.Cascade("Printers.{2227A280-3AEA-1069-A2DE-08002B30309D}").c_str(), nullptr); },
        "Printers.{2227A280-3AEA-1069-A2DE-08002B30309D}", kImageOn},
-      {"folder absent", [] {}, "Control Panel.{21EC2020-3AEA-1069-A2DD-08002B30309D}", kImageOff},
+      {"folder absent", [] {}, kPanel, kImageOff},
   };
   for (const auto& c : cases) {
     c.setup();
@@ -94,10 +95,13 @@ TEST_F(Settings, NumericTextsAndTheDelayUntilClicked) {
       else
         modRegistry::DeleteValue(kDesktopKey, v);
     }
-    const SettingsModel m = ReadSettings(env, kScreen);
+    SettingsModel m = ReadSettings(env, kScreen);
     EXPECT_EQ(m.Value("Double Click Width"), c.width);
     EXPECT_EQ(m.Value(kMenuShowDelayKey), c.delay);
     EXPECT_EQ(m.IsOn(kDelayUntilClickedKey), c.clicked);
+    EXPECT_EQ(m.Image(kMenuShowDelayKey), c.clicked ? kImageNumberOverridden : kImageNumber);
+    RestoreSettings(m);  // the delay goes back to 400; the click, and the override with it, stay
+    EXPECT_EQ(m.Value(kMenuShowDelayKey) + (m.IsOn(kDelayUntilClickedKey) ? " clicked" : ""), c.clicked ? "400 clicked" : "400");
     EXPECT_EQ(m.Image(kMenuShowDelayKey), c.clicked ? kImageNumberOverridden : kImageNumber);
   }
 }
@@ -162,6 +166,9 @@ TEST_F(Settings, TheStageWritesEachRuleInItsOrder) {
        {"set string \"HKEY_CLASSES_ROOT\\Folder\\Shell\\RootExplore\\Command\" \"\" = \"EXPLORER.EXE /E,/Root,/IDList,%I\"",
         "set string \"HKEY_CLASSES_ROOT\\Folder\\Shell\\RootExplore\" \"\" = \"E&xplore From Here\""}},
       {"Quick View", kImageOff, "QuickView", {"delete key \"HKEY_CLASSES_ROOT\\*\" \"QuickView\""}},
+      {"Swap Mouse Buttons", kImageOn, "system parameter 33 ", {"system parameter 33 1 null 0"}},
+      {kPanel, kImageOn, kPanel, {"create folder \"" + scope.Cascade(kPanel) + "\""}},
+      {kPanel, kImageOff, kPanel, {"remove folder \"" + scope.Cascade(kPanel) + "\""}},
       {"Allow changes to Active Desktop", kImageOn, "NoActiveDesktopChanges",
        {"set binary \"HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Policies\\Explorer\" \"NoActiveDesktopChanges\" = 00 00 00 00"}},
   };
