@@ -1,10 +1,10 @@
-// The icon half of Apply: the plan as data, executed and undone; the cache rebuild plan; the restart offer.
+// The icon half of Apply as data (its writes and undo are the executor's and the Undo tests'); the cache
+// rebuild; the restart offer.
 #include <gtest/gtest.h>
 
 #include <tuple>
 
 #include "IconFixtures.h"
-#include "apply/Executor.h"
 #include "icons/IconApply.h"
 #include "icons/Refresh.h"
 #include "support/KeySnapshot.h"
@@ -144,35 +144,6 @@ TEST(IconApplyPlan, EachEditionWritesOnlyItsOwnRows) {
     for (const auto& line : Describe(BuildIconApplyPlan(env, f.catalogue, f.lists, {}))) all += line + "\n";
     EXPECT_EQ(all.find(c.line) != std::string::npos, c.written) << c.code << " " << c.ie << " " << c.line;
   }
-}
-
-TEST(IconApplyExecute, WritesTheRegistryAndUndoPutsEverythingBack) {
-  vxtest::RegistryScope scope{{kTestKey, SI, CUR, vxtest::kProgramKey, "HKEY_CLASSES_ROOT\\VexillorTest.Text"}};
-  const Environment env = Env("WinNT");
-  Fixture f(env);
-  f.catalogue[2].className = "VexillorTest.Text";  // Text Document: a class the test owns
-  modRegistry::SaveString(CUR, "Arrow", "C:\\old\\arrow.cur");
-  vxtest::WriteRaw(kTestKey + "\\Bin\\DefaultIcon", "Full", REG_EXPAND_SZ, std::string("%SystemRoot%\\a.dll,1", 21));
-  const Plan plan = BuildIconApplyPlan(env, f.catalogue, f.lists, {});
-  auto snapshot = [&] {  // key there?, value there?, its type and bytes, for every value the plan writes
-    std::vector<std::string> v;
-    for (const Step& s : plan) {
-      DWORD type = 0;
-      std::string bytes;
-      const bool has = vxtest::ReadRaw(s.key, s.value, type, bytes);
-      v.push_back(Describe(s) + (vxtest::KeyExists(s.key) ? " key" : "") + (has ? std::to_string(type) + bytes : ""));
-    }
-    return v;
-  };
-  const auto before = snapshot();
-  const ApplyResult result = Execute(plan);
-  EXPECT_TRUE(result.ok());
-  const UndoRecord& undo = result.undo;
-  for (const Step& s : plan)
-    EXPECT_EQ(s.kind == StepKind::SetString ? modRegistry::GetString(s.key, s.value) : s.text, s.text) << Describe(s);
-  Execute(undo.plan);
-  EXPECT_EQ(snapshot(), before);
-  EXPECT_FALSE(vxtest::KeyExists("HKEY_CLASSES_ROOT\\VexillorTest.Text"));
 }
 
 // What a top-level window hears: the icon size in the registry at each of the two broadcasts (one up, then back).

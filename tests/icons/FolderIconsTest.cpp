@@ -104,7 +104,6 @@ TEST_F(FolderIcons, ChangeWritesDesktopIniOrAutorunInfAtOnce) {
   EXPECT_TRUE(host.pending && seam.prompts.empty());
 
   WritePrivateProfileStringA("AUTORUN", "open", "setup.exe", "C:\\autorun.inf");
-  modRegistry::SaveString(vx::kWindowMetricsKey, "Shell Icon Size", "48");
   seam.promptAnswers = {{1, true}};
   for (int16_t index : {-3, 4}) {
     Change(kRoot, kMine, index);
@@ -113,7 +112,6 @@ TEST_F(FolderIcons, ChangeWritesDesktopIniOrAutorunInfAtOnce) {
     EXPECT_FALSE(host.pending);
   }
   EXPECT_EQ(Profile("C:\\autorun.inf", "AUTORUN", "open"), "setup.exe");
-  EXPECT_EQ(modRegistry::GetString(vx::kWindowMetricsKey, "Shell Icon Size"), "48");
   ASSERT_EQ(seam.prompts.size(), 1u);
   EXPECT_EQ(seam.prompts[0].message.substr(0, 49), "Vexillor has notified Windows 98 of your changes.");
 }

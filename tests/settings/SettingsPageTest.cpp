@@ -34,10 +34,7 @@ class Page : public ::testing::Test {
     ShowWindow(tree->page().hwnd(), SW_SHOW);
     tree->Fill(ScreenInfo{32, 800, 600});
   }
-  void TearDown() override {
-    tree.reset();
-    host_.Destroy();
-  }
+  void TearDown() override { tree.reset(), host_.Destroy(); }
 
   ui::SettingsPage& page() { return tree->page(); }
   HWND treeView() { return page().tree(); }
@@ -63,11 +60,7 @@ class Page : public ::testing::Test {
   void ExpectShownIsModel() {
     for (const SystemSetting& n : tree->model().nodes) {
       const int shown = page().ImageOf(tree->Item(n.key));
-      if (n.image == kImageGroup) {
-        EXPECT_TRUE(shown == kImageGroup || shown == kImageGroupOpen) << n.key;
-      } else {
-        EXPECT_EQ(shown, n.image) << n.key;
-      }
+      EXPECT_EQ(n.image == kImageGroup && shown == kImageGroupOpen ? kImageGroup : shown, n.image) << n.key;
     }
   }
 
@@ -125,12 +118,9 @@ TEST_F(Page, TheNumericEditorBoundsBeepsUndoesAndGuards) {
   EXPECT_NEAR(TreeHeightTwips(), 2690, ui::TwipsPerPixelY());
   EXPECT_EQ(applies, 0);  // a click alone is no edit
 
-  struct Step {
-    const char* typed;  // over the whole text
-    const char* shown;
-    int beeps;
-  } steps[] = {{"40", "32", 1}, {"0", "1", 0}, {"x", "1", 1}, {"7", "7", 0}};
-  for (const Step& s : steps) {
+  // Typed over the whole text: what the box and the model show, and the beeps.
+  const struct { const char *typed, *shown; int beeps; } steps[] = {{"40", "32", 1}, {"0", "1", 0}, {"x", "1", 1}, {"7", "7", 0}};
+  for (const auto& s : steps) {
     beeps = 0;
     SelectAllAndType(s.typed);
     EXPECT_EQ(page().Text(), s.shown) << s.typed;
@@ -191,11 +181,9 @@ TEST_F(Page, TheRightClickMenuAndWhatsThis) {
   }
   DestroyMenu(menu);
 
-  struct Case {
-    const char* key, *caption, *help;
-  } cases[] = {{"Beep On Errors", "&Toggle", "23"}, {"Drag Width", "Cha&nge", "42"}, {"Double Click", "&Expand", "0"},
+  const struct { const char *key, *caption, *help; } cases[] = {{"Beep On Errors", "&Toggle", "23"}, {"Drag Width", "Cha&nge", "42"}, {"Double Click", "&Expand", "0"},
                {"Wallpaper", "&Expand", "58"},      {"Restore Active Tab", "&Toggle", "61"}};
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     tree->SelectKey(c.key);
     EXPECT_EQ(tree->StateCaption(c.key), c.caption) << c.key;
     seam.helpCalls.clear();

@@ -14,10 +14,9 @@
 
 namespace {
 
-// 1000 files in four shards, so that no single ctest test runs for minutes under Wine.
-constexpr int kShards = 4;
-constexpr int kFilesPerShard = 250;
-constexpr int kRealListsEvery = 25;  // these also go through real list controls and an Apply plan
+// 1000 files in four shards, so that no single ctest test runs for minutes under Wine; every 25th file
+// also goes through real list controls and an Apply plan.
+constexpr int kShards = 4, kFilesPerShard = 250, kRealListsEvery = 25;
 
 // Judged by the shell's own path functions and the first characters, not by the program's own test.
 bool LeavesTheMachine(const std::string& location) {
@@ -86,8 +85,7 @@ class Generator {
     static const char* const index[] = {",-1", ",65535", ",65536", ",-32769", ",2147483648", ",-99999999999999",
                                         ",999999999999999999999", ",", ",x", ",--5", ",+7", ",0x10"};
     switch (Pick(0, 9)) {
-      case 0:
-      case 1: return remote[Pick(0, 10)];
+      case 0: case 1: return remote[Pick(0, 10)];
       case 2: return std::string(Chance(50) ? "%ThemeDir%" : "%windir%") + remote[Pick(0, 10)];
       case 3: return "C:\\Icons\\x.ico" + std::string(index[Pick(0, 11)]);
       case 4: return std::string(static_cast<size_t>(Pick(100, 1500)), 'a') + index[Pick(0, 11)];

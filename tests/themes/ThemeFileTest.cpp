@@ -131,7 +131,8 @@ TEST(SaveTheme, KeysASaveSkipsKeepTheirOldValues) {
 }
 
 // Every item given a location of its own (in the system folder, the Windows folder, the theme's folder
-// and elsewhere), saved, and loaded into a fresh set of lists: the same locations, the same Apply.
+// and elsewhere; their macros are MacroTest's), saved, and loaded into fresh lists: the same locations, the
+// same Apply.
 TEST(ThemeRoundTrip, EachEditionGivesTheSameListsAndTheSameApply) {
   vxtest::CatalogueRegistry registry;
   vxtest::ScratchFolder folder("vxround");
@@ -151,11 +152,6 @@ TEST(ThemeRoundTrip, EachEditionGivesTheSameListsAndTheSameApply) {
       ++n;
     }
     vx::SaveThemeFile(file, env, sourceLists);
-    const std::string bytes = vxtest::ReadBytes(file);
-    EXPECT_NE(bytes.find("=%WinSysDir%shell32.dll,"), std::string::npos);
-    EXPECT_NE(bytes.find("=%WinDir%Icons\\a.ico,"), std::string::npos);
-    EXPECT_NE(bytes.find("=%ThemeDir%b.ico,"), std::string::npos);
-
     vxtest::RealLists fresh(env);
     vx::ListBoxThemeLists freshLists(fresh.lists);
     vx::LoadTheme(file, env, freshLists);

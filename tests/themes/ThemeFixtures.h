@@ -68,10 +68,7 @@ class RecordingLists : public vx::ThemeLists {
   }
   void ListRefresh(int tab) override { refreshed.push_back(tab); }
 
-  struct Change_ {
-    int tab;
-    std::string key, location;
-  };
+  struct Change_ { int tab; std::string key, location; };
   std::map<std::pair<int, std::string>, std::string> items;
   std::vector<Change_> changes;
   std::vector<int> refreshed;

@@ -2,7 +2,6 @@
 #include "UiTest.h"
 
 #include <cstdlib>
-#include <tuple>
 
 #include "support/ScriptedSeam.h"
 #include "ui/HelpPopup.h"
@@ -14,66 +13,42 @@ const std::string kHelp = "C:\\Vexillor\\help\\index.html";
 
 HWND FindPopup() { return FindWindowA(ui::kHelpPopupClass, nullptr); }
 
-// A number shows its own text near the pointer; the link opens the full topic and closes the pop-up.
-TEST(HelpPopup, ShowsTheTopicsTextAndItsLinkOpensTheFullTopic) {
+// A number shows its own text near the pointer, a number without a topic the system's words and no link.
+// The link opens the full topic; a key, a click beside the link, or the next pop-up closes it, opening nothing.
+TEST(HelpPopup, ShowsTheTopicsTextAndClosesByItsLinkAKeyOrAClick) {
   vxtest::HostWindow host;
   vxtest::ScriptedSeam seam;
   vxtest::SeamScope scope{seam};
-  const struct { const char* number; const char* page; } cases[] = {
-      {"46", "network.html#hide-network-neighborhood"},
-      {"1020", "window.html#change"},
-      {"74", "shell.html"},
+  const struct { const char *number, *page; UINT message; WPARAM key; } cases[] = {  // page: the link, clicked
+      {"46", "network.html#hide-network-neighborhood", WM_LBUTTONDOWN, MK_LBUTTON},
+      {"1020", "window.html#change", WM_LBUTTONDOWN, MK_LBUTTON}, {"74", "shell.html", WM_LBUTTONDOWN, MK_LBUTTON},
+      {"25", nullptr, WM_LBUTTONDOWN, MK_LBUTTON}, {"26", nullptr, WM_KEYDOWN, VK_ESCAPE},
+      {"9999", nullptr, WM_KEYDOWN, VK_RETURN}, {"0", nullptr, WM_KEYDOWN, VK_RETURN},  // Enter without a link
+      {"", nullptr, WM_KEYDOWN, VK_RETURN}, {"x", nullptr, WM_KEYDOWN, VK_RETURN},
   };
+  ui::RealSeam().OpenHelp(host.hwnd(), kHelp, HELP_CONTEXTPOPUP, "23");
+  HWND previous = FindPopup();
   for (const auto& c : cases) {
+    SCOPED_TRACE(c.number);
     seam.opened.clear();
     ui::RealSeam().OpenHelp(host.hwnd(), kHelp, HELP_CONTEXTPOPUP, c.number);
     HWND popup = FindPopup();
-    ASSERT_NE(popup, nullptr) << c.number;
+    ASSERT_NE(popup, nullptr);
+    EXPECT_FALSE(IsWindow(previous));  // one pop-up at a time
     EXPECT_EQ(popup, ui::HelpPopupWindow());
     EXPECT_TRUE(IsWindowVisible(popup));
-    EXPECT_EQ(ui::GetText(popup), ui::FindHelpTopic(std::stoul(c.number))->popup);
+    const ui::HelpTopic* topic = ui::FindHelpTopic(std::strtoul(c.number, nullptr, 10));
+    EXPECT_EQ(ui::GetText(popup), topic ? topic->popup : ui::kNoHelpText);
+    RECT link = ui::HelpPopupLinkRect();
+    EXPECT_EQ(IsRectEmpty(&link) != FALSE, topic == nullptr);
     EXPECT_TRUE(seam.opened.empty()) << "a pop-up opens nothing by itself";
-
-    RECT link = ui::HelpPopupLinkRect();
-    ASSERT_FALSE(IsRectEmpty(&link)) << c.number;
-    SendMessageA(popup, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(link.left + 2, link.top + 2));
-    EXPECT_EQ(ui::HelpPopupWindow(), nullptr);
+    const LPARAM at = c.page ? MAKELPARAM(link.left + 2, link.top + 2) : MAKELPARAM(1, 1);
+    SendMessageA(popup, c.message, c.key, c.message == WM_LBUTTONDOWN ? at : 0);
     EXPECT_FALSE(IsWindow(popup));
-    ASSERT_EQ(seam.opened.size(), 1u);
-    EXPECT_EQ(seam.opened[0], ui::HelpTarget(kHelp, c.page));
-  }
-}
-
-// No topic: the system's own words and no link. A key, a click beside the link, or another pop-up
-// closes it; nothing is opened.
-TEST(HelpPopup, ClosesOnAKeyOrAClickAndAnUnknownNumberHasNoLink) {
-  vxtest::HostWindow host;
-  vxtest::ScriptedSeam seam;
-  vxtest::SeamScope scope{seam};
-  for (const char* number : {"9999", "0", "", "x"}) {
-    ui::RealSeam().OpenHelp(host.hwnd(), kHelp, HELP_CONTEXTPOPUP, number);
-    HWND popup = FindPopup();
-    ASSERT_NE(popup, nullptr) << number;
-    EXPECT_EQ(ui::GetText(popup), ui::kNoHelpText);
-    RECT link = ui::HelpPopupLinkRect();
-    EXPECT_TRUE(IsRectEmpty(&link));
-    SendMessageA(popup, WM_KEYDOWN, VK_RETURN, 0);  // Enter without a link just closes
-    EXPECT_FALSE(IsWindow(popup)) << number;
-  }
-  ui::RealSeam().OpenHelp(host.hwnd(), kHelp, HELP_CONTEXTPOPUP, "23");
-  HWND previous = FindPopup();
-  // A click on the text (not the link), or Escape; one pop-up at a time.
-  for (auto [number, message, wp, lp] : {std::tuple<const char*, UINT, WPARAM, LPARAM>{"25", WM_LBUTTONDOWN, MK_LBUTTON,
-                                                                                      MAKELPARAM(1, 1)},
-                                         {"26", WM_KEYDOWN, VK_ESCAPE, 0}}) {
-    ui::RealSeam().OpenHelp(host.hwnd(), kHelp, HELP_CONTEXTPOPUP, number);
-    HWND popup = FindPopup();
-    EXPECT_FALSE(IsWindow(previous));
-    SendMessageA(popup, message, wp, lp);
-    EXPECT_FALSE(IsWindow(popup)) << number;
+    EXPECT_EQ(ui::HelpPopupWindow(), nullptr);
+    EXPECT_EQ(seam.opened, c.page ? std::vector<std::string>{ui::HelpTarget(kHelp, c.page)} : std::vector<std::string>{});
     previous = popup;
   }
-  EXPECT_TRUE(seam.opened.empty());
 }
 
 // Centred just below the point; at the screen's edges it moves to stay on it, above the point if need be.

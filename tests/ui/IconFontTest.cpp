@@ -4,10 +4,9 @@
 #include "UiTest.h"
 #include <commctrl.h>
 
-#include <memory>
-
 #include "ids_main.h"
 #include "support/KeySnapshot.h"
+#include "support/RealProgram.h"
 #include "support/RegistryScope.h"
 #include "ui/ListBoxIcons.h"
 
@@ -20,19 +19,13 @@ constexpr char kSessionParameters[] = "HKEY_CURRENT_USER\\Software\\Wine\\Tempor
 
 // A font record as NT and Wine store it (LOGFONTW, pitch and family 0x22 before a wide face) and as an
 // ANSI system stores it (LOGFONTA, here with a pitch byte of 0 so that the face stands alone).
-std::string WideRecord(LONG height, const wchar_t* face) {
-  LOGFONTW lf{};
+template <class LogFont, class Char>
+std::string FontRecord(LONG height, const Char* face, BYTE pitchAndFamily) {
+  LogFont lf{};
   lf.lfHeight = height;
   lf.lfWeight = FW_NORMAL;
-  lf.lfPitchAndFamily = 0x22;
-  lstrcpynW(lf.lfFaceName, face, LF_FACESIZE);
-  return std::string(reinterpret_cast<const char*>(&lf), sizeof lf);
-}
-std::string AnsiRecord(LONG height, const char* face) {
-  LOGFONTA lf{};
-  lf.lfHeight = height;
-  lf.lfWeight = FW_NORMAL;
-  lstrcpynA(lf.lfFaceName, face, LF_FACESIZE);
+  lf.lfPitchAndFamily = pitchAndFamily;
+  for (int i = 0; face[i] && i + 1 < LF_FACESIZE; ++i) lf.lfFaceName[i] = face[i];
   return std::string(reinterpret_cast<const char*>(&lf), sizeof lf);
 }
 
@@ -80,17 +73,13 @@ std::pair<int, int> InkRows(const std::function<COLORREF(int, int)>& pixel, int 
   return {top, bottom};
 }
 
-struct Record {
-  const char* what;
-  std::string bytes;
-  LONG systemHeight;  // 0: the system's icon-title font as it is
-};
+struct Record { const char* what; std::string bytes; LONG systemHeight; };  // 0: the system's font as it is
 
 const std::vector<Record>& Records() {
   static const std::vector<Record> records = {
-      {"Wine's own", WideRecord(-11, L"MS Shell Dlg"), 0},
-      {"48 pixels, wide", WideRecord(-48, L"Tahoma"), -48},
-      {"48 pixels, ANSI", AnsiRecord(-48, "Tahoma"), -48},
+      {"Wine's own", FontRecord<LOGFONTW>(-11, L"MS Shell Dlg", 0x22), 0},
+      {"48 pixels, wide", FontRecord<LOGFONTW>(-48, L"Tahoma", 0x22), -48},
+      {"48 pixels, ANSI", FontRecord<LOGFONTA>(-48, "Tahoma", 0), -48},
       {"damaged: 50 printable bytes", std::string(50, 'A'), 0},
       {"no NUL at all, 5000 bytes", std::string(5000, 'B'), 0},
       {"lone printables only", std::string("A\x01" "B\x02" "C", 5), -48},
@@ -121,74 +110,45 @@ TEST(IconFont, CaptionsTakeOnlyTheFaceNameAndStayInsideTheirRows) {
   }
 }
 
-// --- the real program ---------------------------------------------------------------------------
-
-HWND VisibleChildOfClass(HWND parent, const char* className) {
-  struct Find { const char* name; HWND found; } f{className, nullptr};
+// The list's drawing surface that is shown (the Desktop tab's at a first start).
+HWND VisibleSurface(HWND main) {
+  HWND found = nullptr;
   EnumChildWindows(
-      parent,
+      main,
       [](HWND h, LPARAM lp) -> BOOL {
-        auto* f = reinterpret_cast<Find*>(lp);
         char cls[64] = {};
         GetClassNameA(h, cls, sizeof cls);
-        if (std::string(cls) != f->name || !IsWindowVisible(h)) return TRUE;
-        f->found = h;
+        if (std::string(cls) != "VxListBoxIconsSurface" || !IsWindowVisible(h)) return TRUE;
+        *reinterpret_cast<HWND*>(lp) = h;
         return FALSE;
       },
-      reinterpret_cast<LPARAM>(&f));
-  return f.found;
-}
-
-HWND MainWindowOf(DWORD pid) {
-  for (HWND h = FindWindowExA(nullptr, nullptr, "VexillorMain", nullptr); h;
-       h = FindWindowExA(nullptr, h, "VexillorMain", nullptr)) {
-    DWORD owner = 0;
-    GetWindowThreadProcessId(h, &owner);
-    if (owner == pid && IsWindowVisible(h)) return h;
-  }
-  return nullptr;
+      reinterpret_cast<LPARAM>(&found));
+  return found;
 }
 
 // Each record in turn: the program opens its window, answers messages, shows nine tab captions and
 // draws a caption in each visible row of the Desktop tab's list, read back from the screen.
 TEST(IconFont, TheProgramStartsToAnIdleWindowWithEachRecord) {
-  const std::string self = ui::ModulePath();
-  std::string exe = self.substr(0, self.rfind('\\')) + "\\..\\vexillor.exe";
   for (size_t i : {size_t{1}, size_t{3}, size_t{4}}) {  // 48 pixels; damaged; no NUL
     const Record& r = Records()[i];
     SCOPED_TRACE(r.what);
     vxtest::RegistryScope prefs({vxtest::kProgramKey});  // a first start: the Desktop tab
     IconFontScope scope(r.bytes, 0);
-    STARTUPINFOA si{};
-    si.cb = sizeof si;
-    PROCESS_INFORMATION pi{};
-    std::string cmd = "\"" + exe + "\"";
-    ASSERT_TRUE(CreateProcessA(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi));
-    std::unique_ptr<void, void (*)(void*)> process(pi.hProcess, [](void* h) {
-      if (WaitForSingleObject(h, 0) == WAIT_TIMEOUT) TerminateProcess(h, 1);
-      CloseHandle(h);
-    });
-    CloseHandle(pi.hThread);
-
-    HWND main = nullptr;
-    for (int waited = 0; !main && waited < 20000; waited += 50) {
-      Sleep(50);
-      main = MainWindowOf(pi.dwProcessId);
-    }
+    vxtest::RealProgram program;
+    HWND main = program.Window("VexillorMain");
     ASSERT_NE(main, nullptr) << "no window";
-    EXPECT_EQ(WaitForInputIdle(pi.hProcess, 20000), 0u) << "never idle";
+    EXPECT_EQ(WaitForInputIdle(program.process(), 20000), 0u) << "never idle";
     DWORD_PTR answer = 0;
     EXPECT_NE(SendMessageTimeoutA(main, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, &answer), 0) << "busy";
     EXPECT_EQ(SendMessageA(GetDlgItem(main, IDC_TABSTRIP), TCM_GETITEMCOUNT, 0, 0), 9);
 
-    HWND surface = VisibleChildOfClass(main, "VxListBoxIconsSurface");
+    HWND surface = VisibleSurface(main);
     ASSERT_NE(surface, nullptr);
     RedrawWindow(main, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
     SendMessageTimeoutA(main, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, &answer);
-    RECT shown;
+    RECT shown, at;
     GetClientRect(GetParent(surface), &shown);  // the visible part: the list's frame
     MapWindowPoints(GetParent(surface), nullptr, reinterpret_cast<POINT*>(&shown), 2);
-    RECT at;
     GetWindowRect(surface, &at);
     ui::WindowDc screen(nullptr);
     const int rows = (shown.bottom - at.top) / ui::ListBoxIcons::kRowHeight;
@@ -200,7 +160,7 @@ TEST(IconFont, TheProgramStartsToAnIdleWindowWithEachRecord) {
       EXPECT_LT(bottom, ui::ListBoxIcons::kRowHeight - 1) << "row " << row;
     }
     PostMessageA(main, WM_CLOSE, 0, 0);
-    EXPECT_EQ(WaitForSingleObject(pi.hProcess, 15000), WAIT_OBJECT_0) << "the program did not end";
+    EXPECT_TRUE(program.Ended(15000)) << "the program did not end";
   }
 }
 

@@ -72,14 +72,14 @@ TEST(PromptDialog, ButtonsStandRightToLeftBySlotAndAnswerTheirSlot) {
 
 const std::string kSettings = vxtest::kProgramKey + "\\Settings";
 
+// The prompts whose texts no test of their command reads (those of closing, themes, Rename and the
+// Explorer tab are read there).
 TEST(PromptRoutines, EachPromptHasItsTextButtonsAndIcon) {
   const std::string change = "\n\nAre you sure you want to change this setting?";
   const std::string sure = "\n\nAre you sure you want to continue?";
-  const std::array<std::string, 3> ok{"OK", "", ""}, cancelOk{"Cancel", "OK", ""}, cancelNoYes{"&Cancel", "No", "Yes"};
+  const std::array<std::string, 3> cancelOk{"Cancel", "OK", ""}, cancelNoYes{"&Cancel", "No", "Yes"};
   const struct { std::function<int()> show; std::string icon; std::array<std::string, 3> buttons;
                  std::string message, checkBox = ""; int helpTopic = 0; } cases[] = {
-      {modMsgbox::RestartLater, "32516", ok,
-       "One or more of these changes you have made will only take effect the next time you start Windows."},
       {modMsgbox::ColourDepth, "32513", {"&Settings...", "OK", ""},
        "Your display is currently configured for 256 colours or less.\n\nTo use high colour icons, your display's "
        "colour palette must be set to either High Colour or True Colour.\n\nYou can change your colour palette "
@@ -93,13 +93,8 @@ TEST(PromptRoutines, EachPromptHasItsTextButtonsAndIcon) {
            change},
       {[] { return modMsgbox::RestoreAllPointers("Windows 98"); }, "32514", cancelOk,
        "Restoring all your Windows 98 pointers will return them to Microsoft setup defaults." + sure},
-      {[] { return modMsgbox::RestoreAllIcons("Windows NT"); }, "32514", cancelOk,
-       "Restoring all your Windows NT system icons will return them to Microsoft setup defaults." + sure},
       {[] { return modMsgbox::RestoreAllSettings("Windows 95"); }, "32514", cancelOk,
        "Restoring all your Windows 95 system settings will return them to Microsoft setup defaults." + sure},
-      {modMsgbox::SaveBeforeClosing, "32514", cancelNoYes, "Would you like to save your changes before closing?"},
-      {[] { return modMsgbox::InvalidTheme("C:\\My Themes\\odd & end.txt"); }, "32513", ok,
-       "The file C:\\My Themes\\odd & end.txt does not appear to be a valid theme file."},
       {[] { return modMsgbox::OverwriteTheme("Blue Sky"); }, "32514", cancelNoYes,
        "Are you sure you want to overwrite the Icon Theme:\n\nBlue Sky\n\nIf you tick the box below, theme files will "
        "automatically be overwritten when you click save.", "Do not ask me this question next time"},
@@ -111,13 +106,6 @@ TEST(PromptRoutines, EachPromptHasItsTextButtonsAndIcon) {
        "these changes to be ignored under certain conditions.\n\nIf your changes are not applied you will need to "
        "select the \"Rebuild Icon Cache\" option from the File menu.\n\nFor more information about this problem, "
        "please select the \"Help\" button below.", "Do not show this dialog again", 4600},
-      {modMsgbox::EmptyName, "32515", ok, "You must provide a name for your system icon."},
-      {modMsgbox::RemoveDesktopIni, "32514", cancelOk,
-       "Restoring this icon will remove the 'desktop.ini' file from the selected folder." + sure},
-      {modMsgbox::RemoveAutorunInf, "32514", cancelOk,
-       "Restoring this icon will remove the 'autorun.inf' file from the selected hard drive." + sure},
-      {modMsgbox::NothingToRestore, "32516", ok,
-       "You must select a customised folder or hard drive before it can be restored to the default icon."},
   };
   vxtest::RegistryScope registry{{vxtest::kProgramKey}};
   for (const auto& c : cases) {
