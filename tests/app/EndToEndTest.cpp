@@ -1,14 +1,14 @@
-// The real program in a process of its own, driven with window messages as a person would drive it:
-// restore one icon to its Windows default, press Apply, answer the rebuild notice, and find every
-// value Apply writes in the registry.
+// The real program driven with window messages as a person would drive it: restore one icon to its
+// Windows default, press Apply, answer the rebuild notice, and find every value Apply writes in the
+// registry, and no setting of the Shell tab, which was never shown. Killed in the middle of an Apply,
+// the next start finds the journal it left, offers to put everything back, and does so exactly.
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include "app/Preferences.h"
-#include "icons/Catalogue.h"
-#include "icons/IconApply.h"
+#include "apply/Journal.h"
 #include "registry/modRegistry.h"
 #include "resource.h"
+#include "settings/SettingsFixture.h"
 #include "support/KeySnapshot.h"
 #include "support/RealProgram.h"
 #include "support/RegistryScope.h"
@@ -17,44 +17,40 @@
 
 namespace {
 
-constexpr const char* kMetricsKey = "HKEY_CURRENT_USER\\Control Panel\\desktop\\WindowMetrics";
-
 TEST(EndToEnd, RestoreOneIconApplyAndFindEveryWrite) {
   const vx::Environment env = vx::DetectEnvironment();
   const std::string closedFolderDefault = env.systemFolder + "\\shell32.dll,3";
   const std::string closedFolderBefore = env.systemFolder + "\\shell32.dll,5";
-
   // Everything Apply may touch is put back when the test ends, whatever happens.
-  vxtest::KeySnapshot shellIcons({vx::kShellIconsKey, kMetricsKey, vx::kCursorsKey});
-  vxtest::RegistryScope prefs({vx::kProgramKey});
+  vxtest::SettingsScope settings;
+  vxtest::KeySnapshot shellIcons({vx::kShellIconsKey, vx::kCursorsKey});
   vxtest::DeleteTree(vx::kShellIconsKey);
   modRegistry::SaveString(vx::kShellIconsKey, "3", closedFolderBefore);
-  modRegistry::DeleteValue(kMetricsKey, "Shell Icon Size");
+  modRegistry::DeleteValue(vx::kWindowMetricsKey, "Shell Icon Size");
   modRegistry::SaveDword(vx::kSettingsKey, "Active Tab", vx::kTabFolders);
-
   // The plan the program will carry out, worked out here from the same registry.
   const vx::Plan plan = vxtest::PlanOfListsApply(env, [](const vxtest::ApplyLists& a) {
     const vx::IconItem* item = vx::FindItem(a.catalogue, vx::kTabFolders, "Closed Folder");
     a.lists[vx::kTabFolders]->Change("Closed Folder", item->defaultFile, static_cast<int16_t>(item->defaultIndex));
   });
   vxtest::KeySnapshot classKeys(vxtest::KeysOf(plan));
+  // The settings keys as they are, but the document icons and preferences, which the icon stage writes.
+  std::vector<std::pair<std::string, modRegistry::KeyTree>> before;
+  for (const std::string& key : vx::SettingsKeys())
+    if (key.find("Paint.Picture") == std::string::npos && key != vx::kSettingsKey)
+      modRegistry::ReadTree(key, before.emplace_back(key, modRegistry::KeyTree{}).second);
 
   vxtest::RealProgram program;
-  HWND main = program.Window("VexillorMain");
+  HWND main = program.Main();
   ASSERT_NE(main, nullptr);
-  WaitForInputIdle(program.process(), 10000);
-  HWND pane = GetDlgItem(main, IDC_PANE);
-  HWND info = GetDlgItem(main, IDC_INFOBAR);
-  HWND apply = GetDlgItem(main, IDC_APPLY);
+  HWND info = GetDlgItem(main, IDC_INFOBAR), apply = GetDlgItem(main, IDC_APPLY);
   // The Folders tab opened with its first row, "Closed Folder", selected, showing the stored icon.
   EXPECT_EQ(ui::GetText(info), closedFolderBefore);
   EXPECT_FALSE(IsWindowEnabled(apply));
-
-  vxtest::ClickAndWait(GetDlgItem(pane, IDC_DEFAULT));
+  vxtest::ClickAndWait(GetDlgItem(GetDlgItem(main, IDC_PANE), IDC_DEFAULT));
   EXPECT_EQ(ui::GetText(info), closedFolderDefault);
   EXPECT_TRUE(IsWindowEnabled(apply));
-  // Nothing reached the system before Apply.
-  EXPECT_EQ(modRegistry::GetString(vx::kShellIconsKey, "3"), closedFolderBefore);
+  EXPECT_EQ(modRegistry::GetString(vx::kShellIconsKey, "3"), closedFolderBefore);  // nothing before Apply
 
   PostMessageA(apply, BM_CLICK, 0, 0);
   // The rebuild notice: the real prompt dialog, answered with its OK button.
@@ -74,11 +70,62 @@ TEST(EndToEnd, RestoreOneIconApplyAndFindEveryWrite) {
   EXPECT_GT(checked, 60);
   EXPECT_EQ(modRegistry::GetString(vx::kShellIconsKey, "3"), closedFolderDefault);
   EXPECT_EQ(modRegistry::GetString(vx::kShellIconsKey, "16"), "");
-  // The cache rebuild put a missing icon size back as "32".
-  EXPECT_EQ(modRegistry::GetString(kMetricsKey, "Shell Icon Size"), "32");
+  // The cache rebuild put a missing icon size back as "32"; nothing else of the settings changed.
+  EXPECT_EQ(modRegistry::GetString(vx::kWindowMetricsKey, "Shell Icon Size"), "32");
+  modRegistry::DeleteValue(vx::kWindowMetricsKey, "Shell Icon Size");
+  for (const auto& [key, tree] : before) {
+    modRegistry::KeyTree now;
+    modRegistry::ReadTree(key, now);
+    EXPECT_TRUE(now == tree) << key;
+  }
+  EXPECT_TRUE(program.Close()) << "the program did not end";
+}
 
-  PostMessageA(main, WM_CLOSE, 0, 0);
-  EXPECT_TRUE(program.Ended(15000)) << "the program did not end";
+TEST(InterruptedApply, TheNextStartPutsBackWhatAKilledApplyWrote) {
+  const std::vector<std::string> keys = vxtest::KeysOf(vxtest::PlanOfListsApply(vx::DetectEnvironment()));
+  vxtest::KeySnapshot snapshot(keys);
+  vxtest::RegistryScope prefs({vx::kProgramKey});
+  modRegistry::SaveDword(vx::kSettingsKey, "Active Tab", vx::kTabFolders);
+  modRegistry::SaveDword(vx::kSettingsKey, "Dialog Rebuild", 1);
+  const std::string journal = vx::JournalPath();
+  DeleteFileA(journal.c_str());
+  char temp[MAX_PATH];
+  const std::string pause = std::string(temp, GetTempPathA(MAX_PATH, temp)) + "vexillor-paused";
+  DeleteFileA(pause.c_str());
+  const auto before = vxtest::KeysNow(keys);
+
+  // The program pauses before step 40 of its Apply (past the desktop, Start and folder writes).
+  SetEnvironmentVariableA("VEXILLOR_TEST_PAUSE_STEP", "40");
+  SetEnvironmentVariableA("VEXILLOR_TEST_PAUSE_FILE", pause.c_str());
+  vxtest::RealProgram first;
+  SetEnvironmentVariableA("VEXILLOR_TEST_PAUSE_STEP", nullptr);
+  SetEnvironmentVariableA("VEXILLOR_TEST_PAUSE_FILE", nullptr);
+  HWND main = first.Main();
+  ASSERT_NE(main, nullptr);
+  vxtest::ClickAndWait(GetDlgItem(GetDlgItem(main, IDC_PANE), IDC_DEFAULT));
+  PostMessageA(GetDlgItem(main, IDC_APPLY), BM_CLICK, 0, 0);
+  ASSERT_TRUE(vxtest::WaitUntil([&] { return GetFileAttributesA(pause.c_str()) != INVALID_FILE_ATTRIBUTES; }));
+  first.Kill();
+  DeleteFileA(pause.c_str());
+
+  auto record = vx::ReadJournal(journal);
+  ASSERT_TRUE(record);
+  EXPECT_FALSE(record->complete);
+  EXPECT_TRUE(record->done[39]);
+  EXPECT_FALSE(record->done[40]);
+  EXPECT_NE(vxtest::KeysNow(keys), before);  // half an Apply is in the registry
+
+  // Started again, it offers to put things back; "Yes" does.
+  vxtest::RealProgram second;
+  HWND offer = nullptr;
+  ASSERT_TRUE(vxtest::WaitUntil([&] { return (offer = second.Window("#32770", 0)) && vxtest::ClickButton(offer, "Yes"); }));
+  ASSERT_TRUE(vxtest::WaitUntil([&] {
+    auto r = vx::ReadJournal(journal);
+    return r && r->kind == vx::Journal::kUndo && r->complete;
+  }));
+  EXPECT_EQ(vxtest::KeysNow(keys), before);
+  EXPECT_TRUE(second.Close());
+  DeleteFileA(journal.c_str());
 }
 
 }  // namespace

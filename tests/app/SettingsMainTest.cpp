@@ -3,16 +3,12 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <commctrl.h>
-
-#include "app/Main.h"
+#include "MainWindowFixture.h"
 #include "registry/modRegistry.h"
 #include "resource.h"
 #include "settings/SettingsFixture.h"
 #include "support/KeySnapshot.h"
-#include "support/ScriptedSeam.h"
 #include "ui/ListBoxIcons.h"
-#include "ui/win.h"
 
 namespace {
 
@@ -20,20 +16,11 @@ using namespace vx;
 
 constexpr const char* kVerb = "HKEY_CLASSES_ROOT\\CLSID\\{20D04FE0-3AEA-1069-A2D8-08002B30309D}\\Shell\\VX";
 
-class ShellTab : public ::testing::Test {
+class ShellTab : public vxtest::MainWindowTest {
  protected:
   void SetUp() override {
-    INITCOMMONCONTROLSEX icc{sizeof icc, ICC_WIN95_CLASSES | ICC_BAR_CLASSES | ICC_TAB_CLASSES | ICC_TREEVIEW_CLASSES};
-    InitCommonControlsEx(&icc);
-    modRegistry::SaveDword(kSettingsKey, "Active Tab", kTabDesktop);
     modRegistry::SaveString(kWindowMetricsKey, "Shell Icon Size", "32");
     modRegistry::SaveDword(kSettingsKey, "Dialog Rebuild", 1);  // the rebuild notice stays away
-  }
-  std::unique_ptr<Main> Open(const Environment& env) {
-    auto m = std::make_unique<Main>();
-    EXPECT_TRUE(m->Create(env, "", false));
-    ui::DoEvents();
-    return m;
   }
   // Selects a node on the Shell tab and toggles it with the space bar, as a person would.
   static void Toggle(Main& m, const std::string& key) {
@@ -48,8 +35,6 @@ class ShellTab : public ::testing::Test {
 
   vxtest::SettingsScope scope;
   vxtest::KeySnapshot icons{{kShellIconsKey, kCursorsKey, "HKEY_CLASSES_ROOT\\.bmp", "HKEY_CLASSES_ROOT\\Paint.Picture"}};
-  vxtest::ScriptedSeam seam;
-  vxtest::SeamScope seamScope{seam};
 };
 
 TEST_F(ShellTab, EachWriteRuleThroughTheWindow) {
@@ -59,7 +44,7 @@ TEST_F(ShellTab, EachWriteRuleThroughTheWindow) {
   modRegistry::SaveString(kDesktopKey, "MenuShowDelay", "400");
   modRegistry::DeleteValue(kPoliciesKey, "NoNetHood");
   vxtest::DeleteTree(kVerb);
-  auto m = Open(env);
+  auto m = Open("", env);
   m->SelectTab(kTabShell);
   ASSERT_TRUE(m->flags.treeFilled);
 
@@ -106,14 +91,14 @@ TEST_F(ShellTab, EachWriteRuleThroughTheWindow) {
 TEST_F(ShellTab, TheSelectedNodeIsRecordedByKeyAndFoundAgain) {
   const Environment env = DetectEnvironment();
   {
-    auto m = Open(env);
+    auto m = Open("", env);
     m->SelectTab(kTabShell);
     m->settingsTree().SelectKey("Drag Width");
     SendMessageA(m->hwnd(), WM_CLOSE, 0, 0);
   }
   EXPECT_EQ(modRegistry::GetString(kSettingsKey, "Selected"), "Drag Width");
   {
-    auto m = Open(env);
+    auto m = Open("", env);
     m->SelectTab(kTabShell);
     EXPECT_EQ(m->settingsTree().SelectedKey(), "Drag Width");
     EXPECT_TRUE(m->settingsTree().page().EditorShown());
@@ -122,7 +107,7 @@ TEST_F(ShellTab, TheSelectedNodeIsRecordedByKeyAndFoundAgain) {
   }
   // A key that names no node here selects nothing, and nothing fails.
   modRegistry::SaveString(kSettingsKey, "Selected", "No Active Desktop");
-  auto m = Open(MakeEnvironment("Win95", env.windowsFolder, env.systemFolder, "4.70", false, env.exePath));
+  auto m = Open("", MakeEnvironment("Win95", env.windowsFolder, env.systemFolder, "4.70", false, env.exePath));
   m->SelectTab(kTabShell);
   EXPECT_TRUE(m->flags.treeFilled);
   EXPECT_EQ(m->settingsTree().SelectedKey(), "");
@@ -134,7 +119,7 @@ TEST_F(ShellTab, RestoreAllIconsWalksTheTabsAndWritesNothing) {
   modRegistry::SaveDword(kSettingsKey, "Active Tab", kTabOthers);
   modRegistry::SaveString(kSettingsKey, "Current Theme", "C:\\Themes\\Blue.vxtheme");
   modRegistry::SaveString(kShellIconsKey, "3", "C:\\x.dll,5");
-  auto m = Open(env);
+  auto m = Open("", env);
   EXPECT_EQ(ui::GetText(m->hwnd()), "Blue - Vexillor");
   // No command of the Tools menu is greyed.
   HMENU tools = GetSubMenu(GetMenu(m->hwnd()), 1);

@@ -1,16 +1,13 @@
 #include "support/KeySnapshot.h"
 
+#include "apply/Executor.h"
 #include "registry/modRegistry.h"
 #include "support/RegistryScope.h"
 
 namespace vxtest {
 
 struct KeySnapshot::Node {
-  struct Value {
-    std::string name;
-    DWORD type;
-    std::string data;
-  };
+  struct Value { std::string name; DWORD type; std::string data; };
   std::vector<Value> values;
   std::vector<std::pair<std::string, std::unique_ptr<Node>>> children;
 };
@@ -59,15 +56,9 @@ void Write(HKEY key, const KeySnapshot::Node& node) {
 
 KeySnapshot::KeySnapshot(std::vector<std::string> keyPaths) : paths_(std::move(keyPaths)) {
   for (const auto& p : paths_) {
-    std::string sub = p;
-    HKEY root = modRegistry::SplitKeyPath(sub);
-    HKEY key = nullptr;
-    if (RegOpenKeyExA(root, sub.c_str(), 0, KEY_READ, &key) == ERROR_SUCCESS) {
-      nodes_.push_back(Capture(key));
-      RegCloseKey(key);
-    } else {
-      nodes_.push_back(nullptr);
-    }
+    HKEY key = OpenKey(p, false);
+    nodes_.push_back(key ? Capture(key) : nullptr);
+    if (key) RegCloseKey(key);
   }
 }
 
@@ -76,15 +67,20 @@ KeySnapshot::~KeySnapshot() { Restore(); }
 void KeySnapshot::Restore() {
   for (size_t i = 0; i < paths_.size(); ++i) {
     DeleteTree(paths_[i]);
-    if (!nodes_[i]) continue;
-    std::string sub = paths_[i];
-    HKEY root = modRegistry::SplitKeyPath(sub);
-    HKEY key = nullptr;
-    if (RegCreateKeyA(root, sub.c_str(), &key) == ERROR_SUCCESS) {
+    if (HKEY key = nodes_[i] ? OpenKey(paths_[i], true) : nullptr) {
       Write(key, *nodes_[i]);
       RegCloseKey(key);
     }
   }
+}
+
+std::vector<std::string> KeysNow(const std::vector<std::string>& keyPaths) {
+  std::vector<std::string> v;
+  for (const std::string& k : keyPaths) {
+    modRegistry::KeyTree t;
+    v.push_back(k + (modRegistry::ReadTree(k, t) ? " = " + vx::EncodeKeyTree(t) : " missing"));
+  }
+  return v;
 }
 
 }  // namespace vxtest

@@ -25,4 +25,7 @@ class KeySnapshot {
   std::vector<std::unique_ptr<Node>> nodes_;  // null where the key did not exist
 };
 
+// Each key with everything in it, encoded ("missing" for a key that is not there), to compare states.
+std::vector<std::string> KeysNow(const std::vector<std::string>& keyPaths);
+
 }  // namespace vxtest

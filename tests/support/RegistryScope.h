@@ -10,6 +10,8 @@ namespace vxtest {
 
 // Deletes a key path ("HKEY_CURRENT_USER\...") with all its subkeys. Silent when it is missing.
 void DeleteTree(const std::string& keyPath);
+// The key opened for reading, or created; nullptr when that fails. The caller closes it.
+HKEY OpenKey(const std::string& keyPath, bool create);
 // True when the key exists.
 bool KeyExists(const std::string& keyPath);
 // True when the value exists (of any type).
