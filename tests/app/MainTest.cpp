@@ -28,60 +28,42 @@ class MainWindow : public vxtest::MainWindowTest {
   }
 };
 
-TEST_F(MainWindow, FirstRunKeepsTheDesignPositionShowsDesktopAndRecordsOnClose) {
-  auto m = Open();
-  EXPECT_EQ(Rect(*m).left, Main::kDesignLeft);
-  EXPECT_EQ(Rect(*m).top, Main::kDesignTop);
-  EXPECT_EQ(m->CurrentTab(), vx::kTabDesktop);
-  EXPECT_EQ(GetMenuItemCount(m->fileMenu()), 8);  // Open, -, Save, Save As, -, Rebuild, -, Exit
-  EXPECT_TRUE(IsWindowVisible(m->List(vx::kTabDesktop)->hwnd()));
-
-  ASSERT_TRUE(Close(*m));
-  EXPECT_TRUE(seam.prompts.empty());
-  EXPECT_EQ(Setting("Left"), std::to_string(Main::kDesignLeft * ui::TwipsPerPixelX()));
-  EXPECT_EQ(Setting("Top"), std::to_string(Main::kDesignTop * ui::TwipsPerPixelY()));
-  EXPECT_EQ(modRegistry::GetDword(vx::kSettingsKey, "Active Tab"), vx::kTabDesktop);
-}
-
-TEST_F(MainWindow, PositionIsCentredOrRestoredAndTheTabRemembered) {
-  modRegistry::SaveDword(vx::kSettingsKey, "Positions", 0);
-  modRegistry::SaveString(vx::kSettingsKey, "Left", "15");
-  modRegistry::SaveString(vx::kSettingsKey, "Top", "15");
-  {
+// Where the window opens and which tab it shows come from the preferences, and both are recorded at
+// closing; an "Active Tab" of 0 means always the desktop tab and stays 0.
+TEST_F(MainWindow, PositionAndTabFromThePreferencesAndRecordedOnClose) {
+  enum Where { kDesign, kCentred, kStored };
+  const struct { int positions; const char *left, *top; int tab; Where x, y; int shown, select, recorded; } cases[] = {
+      {-1, nullptr, nullptr, -1, kDesign, kDesign, vx::kTabDesktop, vx::kTabDesktop, vx::kTabDesktop},  // first run
+      {0, "15", "15", -1, kCentred, kCentred, vx::kTabDesktop, vx::kTabDesktop, vx::kTabDesktop},
+      {1, "3000", "1500", vx::kTabDrives, kStored, kStored, vx::kTabDrives, vx::kTabOthers, vx::kTabOthers},
+      {1, "3000", "Error", 0, kStored, kDesign, vx::kTabDesktop, vx::kTabPointers, 0},
+  };
+  const int tppX = ui::TwipsPerPixelX(), tppY = ui::TwipsPerPixelY();
+  for (const auto& c : cases) {
+    SCOPED_TRACE(&c - cases);
+    vxtest::DeleteTree(vx::kSettingsKey);
+    if (c.positions >= 0) modRegistry::SaveDword(vx::kSettingsKey, "Positions", c.positions);
+    if (c.left) modRegistry::SaveString(vx::kSettingsKey, "Left", c.left);
+    if (c.top) modRegistry::SaveString(vx::kSettingsKey, "Top", c.top);
+    if (c.tab >= 0) modRegistry::SaveDword(vx::kSettingsKey, "Active Tab", c.tab);
     auto m = Open();
-    RECT r = Rect(*m);
-    EXPECT_EQ(r.left, (GetSystemMetrics(SM_CXSCREEN) - (r.right - r.left)) / 2);
-    EXPECT_EQ(r.top, (GetSystemMetrics(SM_CYSCREEN) - (r.bottom - r.top)) / 2);
+    const RECT r = Rect(*m);
+    auto want = [](Where w, int design, int centred, const char* stored, int tpp) {
+      return w == kDesign ? design : w == kCentred ? centred : std::atoi(stored) / tpp;
+    };
+    EXPECT_EQ(r.left, want(c.x, Main::kDesignLeft, (GetSystemMetrics(SM_CXSCREEN) - (r.right - r.left)) / 2, c.left, tppX));
+    EXPECT_EQ(r.top, want(c.y, Main::kDesignTop, (GetSystemMetrics(SM_CYSCREEN) - (r.bottom - r.top)) / 2, c.top, tppY));
+    EXPECT_EQ(m->CurrentTab(), c.shown);
+    EXPECT_TRUE(IsWindowVisible(m->List(c.shown)->hwnd()));
+    EXPECT_EQ(IsWindowVisible(m->List(vx::kTabDesktop)->hwnd()) != FALSE, c.shown == vx::kTabDesktop);
+    EXPECT_EQ(GetMenuItemCount(m->fileMenu()), 8);  // Open, -, Save, Save As, -, Rebuild, -, Exit
+    m->SelectTab(c.select);
     ASSERT_TRUE(Close(*m));
+    EXPECT_TRUE(seam.prompts.empty());
     // Left and Top are written at every close, centred or not.
-    EXPECT_EQ(Setting("Left"), std::to_string(r.left * ui::TwipsPerPixelX()));
-  }
-  modRegistry::SaveDword(vx::kSettingsKey, "Positions", 1);
-  modRegistry::SaveString(vx::kSettingsKey, "Left", "3000");
-  modRegistry::SaveString(vx::kSettingsKey, "Top", "1500");
-  modRegistry::SaveDword(vx::kSettingsKey, "Active Tab", vx::kTabDrives);
-  {
-    auto m = Open();
-    EXPECT_EQ(Rect(*m).left, 3000 / ui::TwipsPerPixelX());
-    EXPECT_EQ(Rect(*m).top, 1500 / ui::TwipsPerPixelY());
-    EXPECT_EQ(m->CurrentTab(), vx::kTabDrives);
-    EXPECT_TRUE(IsWindowVisible(m->List(vx::kTabDrives)->hwnd()));
-    EXPECT_FALSE(IsWindowVisible(m->List(vx::kTabDesktop)->hwnd()));
-    m->SelectTab(vx::kTabOthers);
-    ASSERT_TRUE(Close(*m));
-    EXPECT_EQ(modRegistry::GetDword(vx::kSettingsKey, "Active Tab"), vx::kTabOthers);
-  }
-  // "Active Tab" = 0: always the desktop tab, never recorded. A bad "Top" keeps the design top.
-  modRegistry::SaveDword(vx::kSettingsKey, "Active Tab", 0);
-  modRegistry::SaveString(vx::kSettingsKey, "Top", "Error");
-  {
-    auto m = Open();
-    EXPECT_EQ(m->CurrentTab(), vx::kTabDesktop);
-    EXPECT_EQ(Rect(*m).top, Main::kDesignTop);
-    EXPECT_EQ(Rect(*m).left, 3000 / ui::TwipsPerPixelX());
-    m->SelectTab(vx::kTabPointers);
-    ASSERT_TRUE(Close(*m));
-    EXPECT_EQ(modRegistry::GetDword(vx::kSettingsKey, "Active Tab"), 0);
+    EXPECT_EQ(Setting("Left"), std::to_string(r.left * tppX));
+    EXPECT_EQ(Setting("Top"), std::to_string(r.top * tppY));
+    EXPECT_EQ(modRegistry::GetDword(vx::kSettingsKey, "Active Tab"), c.recorded);
   }
 }
 
@@ -113,6 +95,14 @@ TEST_F(MainWindow, CurrentThemeTitlesAndRecentThemesOnTheFileMenu) {
   auto again = Open();
   EXPECT_EQ(ui::GetText(again->hwnd()), "Vexillor");
   EXPECT_EQ(again->currentThemePath(), "");
+  // The theme commands are there; a recent theme that has gone is reported and nothing changes.
+  for (int id : {IDM_FILE_OPEN, IDM_FILE_SAVE, IDM_FILE_SAVEAS})
+    EXPECT_FALSE(GetMenuState(again->fileMenu(), static_cast<UINT>(id), MF_BYCOMMAND) & MF_GRAYED) << id;
+  again->OnCommand(IDM_FILE_RECENT1);
+  ASSERT_EQ(seam.prompts.size(), 1u);
+  EXPECT_EQ(seam.prompts[0].message, "The file Green.vxtheme does not appear to be a valid theme file.");
+  EXPECT_FALSE(again->applyEnabled());
+  EXPECT_EQ(ui::GetText(again->hwnd()), "Vexillor");
 }
 
 TEST_F(MainWindow, TabsToolbarAndMenus) {
@@ -324,19 +314,6 @@ TEST_F(MainThemes, SaveAsThenSaveWriteTheLists) {
   EXPECT_EQ(entry("Folder Icons", "Closed Folder"), "%WinSysDir%shell32.dll,9");
   EXPECT_EQ(seam.fileDialogs.size(), 1u);
   CloseWithoutSaving(*m);
-}
-
-TEST_F(MainThemes, TheMenuCommandsAreThereAndARemovedRecentThemeIsReported) {
-  modRegistry::SaveString(vx::kThemesKey, "1", folder + "\\Removed.vxtheme");
-  auto m = Open();
-  for (int id : {IDM_FILE_OPEN, IDM_FILE_SAVE, IDM_FILE_SAVEAS})
-    EXPECT_FALSE(GetMenuState(m->fileMenu(), static_cast<UINT>(id), MF_BYCOMMAND) & MF_GRAYED) << id;
-  m->OnCommand(IDM_FILE_RECENT1);
-  ASSERT_EQ(seam.prompts.size(), 1u);
-  EXPECT_EQ(seam.prompts[0].message, "The file Removed.vxtheme does not appear to be a valid theme file.");
-  EXPECT_FALSE(m->applyEnabled());
-  EXPECT_EQ(ui::GetText(m->hwnd()), "Vexillor");
-  Close(*m);
 }
 
 TEST(PathNames, FileNameAndTitle) {

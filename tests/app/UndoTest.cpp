@@ -4,7 +4,6 @@
 #include <windows.h>
 #include <aclapi.h>
 
-#include <set>
 #include <stdexcept>
 
 #include "MainWindowFixture.h"
@@ -21,14 +20,6 @@
 namespace {
 
 using vx::Main;
-
-// Every key a plan touches, and the cache rebuild's.
-std::vector<std::string> Touched(const vx::Plan& plan) {
-  std::set<std::string> keys{vx::kWindowMetricsKey};
-  for (const vx::Step& s : plan)
-    if (s.key.rfind("HKEY_", 0) == 0) keys.insert(s.key);
-  return {keys.begin(), keys.end()};
-}
 
 class Undo : public vxtest::MainWindowTest {
  protected:
@@ -71,7 +62,8 @@ TEST_F(Undo, ReviewThenApplyThenSettingsAndIconsComeBackTogetherAndASecondUndoRe
   const vx::IconLists lists = m->Lists();
   const vx::ListBoxValues values(lists);
   const vx::Plan plan = vx::BuildApplyPlan(m->MakeApplyInput(values), m->flags);
-  const std::vector<std::string> touched = Touched(plan);
+  std::vector<std::string> touched = vxtest::KeysOf(plan);
+  touched.push_back(vx::kWindowMetricsKey);  // the cache rebuild writes the icon size
   vxtest::KeySnapshot snapshot(touched);
   // Values of other types and absent values must come back as they were, not as Apply writes them.
   vxtest::WriteRaw(vx::kShellIconsKey, "3", REG_EXPAND_SZ, std::string("%SystemRoot%\\x.dll,1", 21));
@@ -148,7 +140,8 @@ TEST_F(Undo, ARefusedWriteIsNamedAndApplyAndTheJournalStayConsistent) {
   for (const std::string& k : {locked + "\\DefaultIcon", locked}) Lock(k, true);
   auto m = Open("", env);
   vxtest::KeySnapshot snapshot(
-      Touched(vx::BuildIconApplyPlan(m->environment(), m->Catalogue(), vx::ListBoxValues(m->Lists()), {})));
+      vxtest::KeysOf(vx::BuildIconApplyPlan(m->environment(), m->Catalogue(), vx::ListBoxValues(m->Lists()), {}))),
+      metrics({vx::kWindowMetricsKey});
   m->OnCommand(IDC_DEFAULT);  // the Desktop tab's first row: My Computer
   seam.promptAnswers.push_back({1, false});  // the rebuild notice's OK
   m->OnCommand(IDC_APPLY);
