@@ -14,11 +14,7 @@
 namespace {
 
 TEST(CommandLine, TheQuietSwitchComesFirst) {
-  const struct {
-    const char* text;
-    bool quiet;
-    const char* rest;
-  } cases[] = {
+  const struct { const char* text; bool quiet; const char* rest; } cases[] = {
       {"/q /a C:\\Themes\\Blue.vxtheme", true, "/a C:\\Themes\\Blue.vxtheme"},
       {"/q C:\\Themes\\Blue.vxtheme", true, "C:\\Themes\\Blue.vxtheme"},
       {"/q", true, ""},
@@ -37,9 +33,7 @@ TEST(CommandLine, TheQuietSwitchComesFirst) {
 
 TEST(CommandLine, AQuietRunAnswersAndLogsEveryAnswer) {
   char temp[MAX_PATH] = {};
-  GetTempPathA(MAX_PATH, temp);
-  const std::string folder = std::string(temp) + "vxquiet";
-  const std::string log = folder + "\\vexillor.log";
+  const std::string folder = std::string(temp, GetTempPathA(MAX_PATH, temp)) + "vxquiet", log = folder + "\\vexillor.log";
   DeleteFileA(log.c_str());
   RemoveDirectoryA(folder.c_str());
   {
@@ -47,9 +41,7 @@ TEST(CommandLine, AQuietRunAnswersAndLogsEveryAnswer) {
     ui::Seam& seam = run.seam();
     auto request = [](const char* text, std::array<std::string, 3> buttons, const char* box = "") {
       ui::PromptRequest r;
-      r.message = text;
-      r.buttons = buttons;
-      r.checkBox = box;
+      r.message = text, r.buttons = buttons, r.checkBox = box;
       return r;
     };
     EXPECT_EQ(seam.ShowPrompt(nullptr, request("Restart now?\n\nReally?", {"No", "Yes", ""})).result, 0);

@@ -15,33 +15,25 @@ namespace {
 using namespace vx;
 using vxtest::DialogText;
 
-class SettingsEndToEnd : public ::testing::Test {
- protected:
-  void SetUp() override {
-    modRegistry::SaveDword(kSettingsKey, "Positions", 0);
-    // The icon-cache rebuild puts the size back as it found it.
-    modRegistry::SaveString(kWindowMetricsKey, "Shell Icon Size", "32");
-  }
-  // The program's next prompt, answered with `button` once its text is checked.
-  static void Answer(vxtest::RealProgram& p, const std::string& text, const char* button) {
-    HWND prompt = p.Window("#32770");
-    ASSERT_NE(prompt, nullptr) << text;
-    EXPECT_NE(DialogText(prompt).find(text), std::string::npos) << DialogText(prompt);
-    EXPECT_TRUE(vxtest::Press(prompt, button)) << button;
-  }
-  static bool ApplyEnabled(HWND main) {
-    return vxtest::WaitUntil([&] { return IsWindowEnabled(GetDlgItem(main, IDC_APPLY)) != FALSE; });
-  }
-  vxtest::SettingsScope scope;
-  vxtest::KeySnapshot icons{vxtest::KeysOf(vxtest::PlanOfListsApply(DetectEnvironment()))};
-};
+// The program's next prompt, answered with `button` once its text is checked.
+void Answer(vxtest::RealProgram& p, const std::string& text, const char* button) {
+  HWND prompt = p.Window("#32770");
+  ASSERT_NE(prompt, nullptr) << text;
+  EXPECT_NE(DialogText(prompt).find(text), std::string::npos) << DialogText(prompt);
+  EXPECT_TRUE(vxtest::Press(prompt, button)) << button;
+}
 
 const std::string kPrinters = "Printers.{2227A280-3AEA-1069-A2DE-08002B30309D}";
 const std::string kPanel = "Control Panel.{21EC2020-3AEA-1069-A2DD-08002B30309D}";
 constexpr const char* kVerb = "HKEY_CLASSES_ROOT\\CLSID\\{20D04FE0-3AEA-1069-A2D8-08002B30309D}\\Shell\\VX";
 
-// Both Restore all commands, then one Apply: the settings' restore values and fifteen empty pointers.
-TEST_F(SettingsEndToEnd, RestoreAllSettingsAndPointersThenApplyWritesTheRestoreValues) {
+// Both Restore all commands and Note Pad on all files (whose warning answered Cancel leaves it off), then
+// one Apply: the settings' restore values, fifteen empty pointers, and the Notepad verb.
+TEST(SettingsEndToEnd, RestoreAllAndNotePadThenApplyWritesTheRestoreValuesAndTheVerb) {
+  vxtest::SettingsScope scope;
+  vxtest::KeySnapshot icons(vxtest::KeysOf(vxtest::PlanOfListsApply(DetectEnvironment())));
+  modRegistry::SaveDword(kSettingsKey, "Positions", 0);
+  modRegistry::SaveString(kWindowMetricsKey, "Shell Icon Size", "32");  // the rebuild puts it back as found
   const std::string zero(4, '\0');
   const struct { const char *name, *before, *after; } texts[] = {
       {"DoubleClickWidth", "9", "4"}, {"DoubleClickHeight", "9", "4"}, {"DragWidth", "7", "2"},
@@ -49,7 +41,10 @@ TEST_F(SettingsEndToEnd, RestoreAllSettingsAndPointersThenApplyWritesTheRestoreV
       {"WallpaperOriginY", "6", "0"}, {"CursorBlinkRate", "65535", "500"}, {"FontSmoothing", "1", "0"},
       {"DragFullWindows", "0", "1"},  {"WallpaperStyle", "2", "0"}};
   for (const auto& t : texts) modRegistry::SaveString(kDesktopKey, t.name, t.before);
+  const std::string notepad = "HKEY_CLASSES_ROOT\\*\\Shell\\Notepad";
+  vxtest::RegistryScope verb({notepad});
   modRegistry::SaveDword(kSettingsKey, "Active Tab", kTabDesktop);
+  modRegistry::SaveString(kSettingsKey, "Selected", "Note Pad");
   modRegistry::SaveString(kMouseKey, "DoubleClickSpeed", "700");
   modRegistry::SaveString(kSoundKey, "Beep", "No");
   modRegistry::SaveString(kWindowMetricsKey, "MinAnimate", "0");
@@ -67,9 +62,13 @@ TEST_F(SettingsEndToEnd, RestoreAllSettingsAndPointersThenApplyWritesTheRestoreV
   ASSERT_NE(main, nullptr);
   PostMessageA(main, WM_COMMAND, IDM_TOOLS_RESTORE_SETTINGS, 0);
   Answer(p, " system settings will return them to Microsoft setup defaults.", "OK");
-  ASSERT_TRUE(ApplyEnabled(main));
+  ASSERT_TRUE(vxtest::WaitUntil([&] { return IsWindowEnabled(GetDlgItem(main, IDC_APPLY)) != FALSE; }));
   HWND tree = GetDlgItem(GetDlgItem(GetDlgItem(main, IDC_PANE), IDC_SETTINGS_PAGE), IDC_SETTINGS_TREE);
   EXPECT_TRUE(IsWindowVisible(tree));  // the Shell tab came to the front
+  PostMessageA(tree, WM_KEYDOWN, VK_SPACE, 0);
+  Answer(p, "Adding Notepad to all files causes conflicts", "Cancel");
+  PostMessageA(tree, WM_KEYDOWN, VK_SPACE, 0);
+  Answer(p, "Adding Notepad to all files causes conflicts", "OK");
   PostMessageA(main, WM_COMMAND, IDM_TOOLS_RESTORE_POINTERS, 0);
   Answer(p, " pointers will return them to Microsoft setup defaults.", "OK");
   // Nothing is written before Apply.
@@ -97,30 +96,9 @@ TEST_F(SettingsEndToEnd, RestoreAllSettingsAndPointersThenApplyWritesTheRestoreV
   for (const char* name : {"Arrow", "Help", "AppStarting", "Wait", "Crosshair", "IBeam", "NWPEN", "No", "SizeNS",
                            "SizeWE", "SizeNWSE", "SizeNESW", "SizeAll", "UpArrow", "Hand"})
     EXPECT_EQ(modRegistry::GetString(kCursorsKey, name), "") << name;
-  EXPECT_FALSE(IsWindowEnabled(GetDlgItem(main, IDC_APPLY)));
-  EXPECT_TRUE(p.Close());
-}
-
-// Note Pad on all files warns first: Cancel leaves it off, OK lets Apply write the verb.
-TEST_F(SettingsEndToEnd, NotePadAnsweredCancelStaysOff) {
-  const std::string notepad = "HKEY_CLASSES_ROOT\\*\\Shell\\Notepad";
-  vxtest::RegistryScope verb({notepad});
-  modRegistry::SaveDword(kSettingsKey, "Active Tab", kTabShell);
-  modRegistry::SaveString(kSettingsKey, "Selected", "Note Pad");
-  vxtest::RealProgram p;
-  HWND main = p.Main();
-  ASSERT_NE(main, nullptr);
-  HWND tree = GetDlgItem(GetDlgItem(GetDlgItem(main, IDC_PANE), IDC_SETTINGS_PAGE), IDC_SETTINGS_TREE);
-  ASSERT_TRUE(IsWindowVisible(tree));
-  PostMessageA(tree, WM_KEYDOWN, VK_SPACE, 0);
-  Answer(p, "Adding Notepad to all files causes conflicts", "Cancel");
-  EXPECT_FALSE(IsWindowEnabled(GetDlgItem(main, IDC_APPLY)));
-  PostMessageA(tree, WM_KEYDOWN, VK_SPACE, 0);
-  Answer(p, "Adding Notepad to all files causes conflicts", "OK");
-  ASSERT_TRUE(ApplyEnabled(main));
-  p.ApplyAndAnswer();
   EXPECT_EQ(modRegistry::GetString(notepad + "\\Command", ""), "NOTEPAD.EXE \"%1\"");
   EXPECT_EQ(modRegistry::GetString(notepad, ""), "&Notepad");
+  EXPECT_FALSE(IsWindowEnabled(GetDlgItem(main, IDC_APPLY)));
   EXPECT_TRUE(p.Close());
 }
 
