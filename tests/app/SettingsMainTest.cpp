@@ -28,10 +28,6 @@ class ShellTab : public vxtest::MainWindowTest {
     ASSERT_TRUE(m.settingsTree().SelectKey(key)) << key;
     SendMessageA(m.settingsTree().page().tree(), WM_KEYDOWN, VK_SPACE, 0);
   }
-  static void Apply(Main& m) {
-    m.OnCommand(IDC_APPLY);
-    ui::DoEvents();
-  }
 
   vxtest::SettingsScope scope;
   vxtest::KeySnapshot icons{{kShellIconsKey, kCursorsKey, "HKEY_CLASSES_ROOT\\.bmp", "HKEY_CLASSES_ROOT\\Paint.Picture"}};
@@ -61,7 +57,7 @@ TEST_F(ShellTab, EachWriteRuleThroughTheWindow) {
   Toggle(*m, "Add Vexillor to My Computer context menu");
   EXPECT_TRUE(m->applyEnabled());
   seam.prompts.clear();
-  Apply(*m);
+  m->OnCommand(IDC_APPLY);
   EXPECT_FALSE(m->applyEnabled());
   EXPECT_TRUE(scope.errors.empty());
   EXPECT_TRUE(m->lastApply().ok());
@@ -79,7 +75,7 @@ TEST_F(ShellTab, EachWriteRuleThroughTheWindow) {
   Toggle(*m, "\"Shortcut to\" Prefix on New Shortcuts");
   Toggle(*m, "Add Vexillor to My Computer context menu");
   Toggle(*m, kDelayUntilClickedKey);
-  Apply(*m);
+  m->OnCommand(IDC_APPLY);
   EXPECT_FALSE(vxtest::ValueExists(kExplorerKey, "link"));
   EXPECT_FALSE(vxtest::KeyExists(kVerb));
   EXPECT_EQ(modRegistry::GetString(kDesktopKey, "MenuShowDelay"), "410");

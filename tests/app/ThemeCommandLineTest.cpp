@@ -19,7 +19,7 @@ namespace {
 
 class ThemeCommandLine : public vxtest::MainWindowTest {
  protected:
-  ThemeCommandLine() : env(vx::DetectEnvironment()), saved(Keys(env)) {
+  ThemeCommandLine() {
     char temp[MAX_PATH] = {};
     theme = std::string(temp, GetTempPathA(MAX_PATH, temp)) + "vx command line.vxtheme";
     DeleteFileA(log.c_str());
@@ -37,12 +37,6 @@ class ThemeCommandLine : public vxtest::MainWindowTest {
                                  theme.c_str());
     WritePrivateProfileStringA(nullptr, nullptr, nullptr, theme.c_str());
   }
-  // Every key an Apply of this machine's lists writes, so the test can put all of it back.
-  static std::vector<std::string> Keys(const vx::Environment& env) {
-    std::vector<std::string> keys = vxtest::KeysOf(vxtest::PlanOfListsApply(env));
-    keys.insert(keys.end(), {vx::kShellIconsKey, vx::kCursorsKey, vx::kWindowMetricsKey});
-    return keys;
-  }
   static DWORD Run(const std::string& arguments) {
     DWORD exitCode = 999;
     EXPECT_TRUE(vxtest::RealProgram(arguments).Ended(60000, &exitCode)) << arguments << " left a window open";
@@ -55,8 +49,9 @@ class ThemeCommandLine : public vxtest::MainWindowTest {
   }
   static std::string Override(const char* number) { return modRegistry::GetString(vx::kShellIconsKey, number); }
 
-  const vx::Environment env;
-  vxtest::KeySnapshot saved;
+  const vx::Environment env = vx::DetectEnvironment();
+  // Every key an Apply of this machine's lists writes, so the test can put all of it back.
+  vxtest::KeySnapshot saved{vxtest::KeysOf(vxtest::PlanOfListsApply(env))}, metrics{{vx::kWindowMetricsKey}};
   std::string theme, log = vx::DefaultLogPath();
 };
 

@@ -112,12 +112,11 @@ std::string DialogText(HWND dialog) {
 }
 
 bool Press(HWND prompt, const std::string& caption) {
-  if (!ClickButton(prompt, caption)) return false;
-  return WaitUntil([&] { return !IsWindow(prompt) || !IsWindowVisible(prompt); });
+  return ClickButton(prompt, caption) && WaitUntil([&] { return !IsWindow(prompt) || !IsWindowVisible(prompt); });
 }
 
 bool ClickButton(HWND dialog, const std::string& caption) {
-  HWND button = ChildWithText(dialog, caption);
+  const HWND button = ChildWithText(dialog, caption);
   return button && PostMessageA(button, BM_CLICK, 0, 0);
 }
 
