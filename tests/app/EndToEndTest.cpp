@@ -19,7 +19,14 @@
 namespace {
 
 using namespace vx;
-using vxtest::DialogText;
+
+// The program's next prompt, answered with `button` once its text is checked.
+void Answer(vxtest::RealProgram& p, const std::string& text, const char* button) {
+  HWND prompt = p.Window("#32770");
+  ASSERT_NE(prompt, nullptr) << text;
+  EXPECT_NE(vxtest::DialogText(prompt).find(text), std::string::npos) << vxtest::DialogText(prompt);
+  EXPECT_TRUE(vxtest::Press(prompt, button)) << button;
+}
 
 TEST(EndToEnd, RestoreOneIconApplyAndFindEveryWrite) {
   const vx::Environment env = vx::DetectEnvironment();
@@ -57,11 +64,7 @@ TEST(EndToEnd, RestoreOneIconApplyAndFindEveryWrite) {
   EXPECT_EQ(modRegistry::GetString(vx::kShellIconsKey, "3"), closedFolderBefore);  // nothing before Apply
 
   PostMessageA(apply, BM_CLICK, 0, 0);
-  // The rebuild notice: the real prompt dialog, answered with its OK button.
-  HWND notice = program.Window("#32770");
-  ASSERT_NE(notice, nullptr);
-  EXPECT_NE(vxtest::ChildWithText(notice, "Do not show this dialog again"), nullptr);
-  ASSERT_TRUE(vxtest::ClickButton(notice, "OK"));
+  Answer(program, "Do not show this dialog again", "OK");  // the rebuild notice, a real prompt dialog
   ASSERT_TRUE(vxtest::WaitUntil([&] { return !IsWindowEnabled(apply); }));
 
   // Every value of the plan is in the registry: Shell Icons, class icons and names, pointers, "Current Theme".
@@ -130,14 +133,6 @@ TEST(InterruptedApply, TheNextStartPutsBackWhatAKilledApplyWrote) {
   EXPECT_EQ(vxtest::KeysNow(keys), before);
   EXPECT_TRUE(second.Close());
   DeleteFileA(journal.c_str());
-}
-
-// The program's next prompt, answered with `button` once its text is checked.
-void Answer(vxtest::RealProgram& p, const std::string& text, const char* button) {
-  HWND prompt = p.Window("#32770");
-  ASSERT_NE(prompt, nullptr) << text;
-  EXPECT_NE(DialogText(prompt).find(text), std::string::npos) << DialogText(prompt);
-  EXPECT_TRUE(vxtest::Press(prompt, button)) << button;
 }
 
 const std::string kPrinters = "Printers.{2227A280-3AEA-1069-A2DE-08002B30309D}";

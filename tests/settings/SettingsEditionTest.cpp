@@ -37,23 +37,15 @@ TEST(SettingsEdition, EachEditionsTreeInItsOwnProcess) {
   modRegistry::SaveString(kDesktopKey, "FontSmoothing", "1");
   modRegistry::SaveString(kDesktopKey, "DragFullWindows", "0");
 
-  struct Case {
-    const char* wine;
-    const char* code;
-    bool update;  // Internet Explorer 4.72 with the Start menu order: the desktop update
-    int plusImage;
-  } cases[] = {{"win95", "Win95", false, kImageUnavailable}, {"win98", "Win98", true, kImageUnavailable},
+  // update: Internet Explorer 4.72 with the Start menu order, which makes the desktop update.
+  const struct { const char *wine, *code; bool update; int plusImage; } cases[] = {{"win95", "Win95", false, kImageUnavailable}, {"win98", "Win98", true, kImageUnavailable},
                {"nt40", "WinNT", false, kImageOn}};
   const std::vector<std::string> groups = {"General", "Explorer", "Menu Items", "Icons", "Mouse", "Plus!",
                                            "Restrictions", "Start Menu", "Cascading Menus", "Wallpaper", "Options"};
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.wine);
-    if (c.update) {
-      modRegistry::SaveString(ieKey, "Version", "4.72.3110.0");
-      vxtest::WriteRaw(orderKey, "Order", REG_BINARY, std::string("\x08\0\0\0", 4));
-    } else {
-      modRegistry::SaveString(ieKey, "Version", "4.70.1155");
-    }
+    modRegistry::SaveString(ieKey, "Version", c.update ? "4.72.3110.0" : "4.70.1155");
+    if (c.update) vxtest::WriteRaw(orderKey, "Order", REG_BINARY, std::string("\x08\0\0\0", 4));
     auto tree = vxtest::RunProbe("settingsprobe.exe", c.wine, "tree");
     const std::vector<Node> nodes = Nodes(tree);
     ASSERT_FALSE(nodes.empty()) << "the probe did not run";
