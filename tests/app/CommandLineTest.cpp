@@ -1,5 +1,4 @@
-// The command line: the quiet switch, how a quiet run answers in the user's stead and what it logs, and
-// the "/?" text (every switch on a line of its own with an example, shown in a box or written out).
+// The command line: the quiet switch, what a quiet run answers and logs, and the "/?" text.
 #include <gtest/gtest.h>
 #include <windows.h>
 

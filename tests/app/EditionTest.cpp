@@ -1,5 +1,4 @@
-// Edition detection, checked for real: the environment probe runs in a process of its own under each
-// Windows edition that Wine can emulate, and every environment value is compared.
+// Edition detection for real: the environment probe runs under each edition Wine can emulate.
 #include <gtest/gtest.h>
 
 #include <map>

@@ -1,8 +1,5 @@
-// The real program driven with window messages as a person would drive it: restore one icon to its
-// Windows default, press Apply, answer the rebuild notice, and find every value Apply writes in the
-// registry, and no setting of the Shell tab, which was never shown. Killed in the middle of an Apply,
-// the next start finds the journal it left, offers to put everything back, and does so exactly. The
-// Restore all commands and a prompting setting of the Shell tab, answered in the real prompt dialogs.
+// The real program driven with window messages and its real prompt dialogs, as a person would drive it;
+// what Apply did is read back from the registry and the disk.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -28,6 +25,7 @@ void Answer(vxtest::RealProgram& p, const std::string& text, const char* button)
   EXPECT_TRUE(vxtest::Press(prompt, button)) << button;
 }
 
+// One icon restored and applied: every value of the plan is written, no setting of the unseen Shell tab.
 TEST(EndToEnd, RestoreOneIconApplyAndFindEveryWrite) {
   const vx::Environment env = vx::DetectEnvironment();
   const std::string closedFolderDefault = env.systemFolder + "\\shell32.dll,3";
@@ -88,6 +86,7 @@ TEST(EndToEnd, RestoreOneIconApplyAndFindEveryWrite) {
   EXPECT_TRUE(program.Close()) << "the program did not end";
 }
 
+// Killed in the middle of an Apply, the next start offers to put everything back and does so exactly.
 TEST(InterruptedApply, TheNextStartPutsBackWhatAKilledApplyWrote) {
   const std::vector<std::string> keys = vxtest::KeysOf(vxtest::PlanOfListsApply(vx::DetectEnvironment()));
   vxtest::KeySnapshot snapshot(keys);

@@ -1,6 +1,4 @@
-// Every way into the help names something that the shipped help folder (copied beside vexillor.exe)
-// really has: the contents page, each control's and each setting's context number, each prompt's
-// keyword and topic, and every link between the pages themselves.
+// Every way into the help names something the shipped help folder (beside vexillor.exe) really has.
 #include <gtest/gtest.h>
 #include <windows.h>
 

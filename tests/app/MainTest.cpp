@@ -1,6 +1,5 @@
-// The main window in-process: start-up from the preferences, tabs, menus, toolbar and closing; the theme
-// commands (a theme on the command line is pending when the window appears, "/A" is not the apply switch,
-// Save As and Save write the lists); the preference routines (path names, the recent themes).
+// The main window in-process: start-up, tabs, menus, toolbar, closing, the theme commands, and the
+// preference routines (path names, the recent themes).
 #include <gtest/gtest.h>
 #include <windows.h>
 

@@ -1,5 +1,4 @@
-// The Shell tab inside the main window: edits on the tab, Apply read back from the registry and the disk,
-// the Tools menu's restore commands, and the node recorded at closing.
+// The Shell tab in the main window: edits, Apply read back, the Restore all commands, the node recorded.
 #include <gtest/gtest.h>
 #include <windows.h>
 

@@ -1,6 +1,5 @@
-// The real program started as a logon script or a fleet tool starts it: "/a" applies a theme and ends,
-// "/q" does it without a single window and says in its exit code and log what happened; "/q /undo" and
-// "/q /n THEME" take the last Apply back and review a theme.
+// The real program started as a logon script starts it: "/a", "/q", "/q /undo" and "/q /n THEME", with
+// their exit codes and log.
 #include <gtest/gtest.h>
 #include <windows.h>
 

@@ -1,5 +1,4 @@
-// Undo Last Apply restores exactly and a second undo redoes; Review Changes lists what Apply then writes;
-// a write the system refuses is named in one prompt; a failing step stops Apply, which stays pending.
+// Undo Last Apply and Review Changes; Apply when the system refuses a write or a step fails.
 #include <gtest/gtest.h>
 #include <windows.h>
 #include <aclapi.h>

@@ -1,5 +1,4 @@
-// The Shell tab's tree of each Windows edition, filled in a process of its own (the settings probe) under
-// Wine's emulation of that edition.
+// The Shell tab's tree of each Windows edition, filled by the settings probe under Wine's emulation of it.
 #include <gtest/gtest.h>
 
 #include <algorithm>

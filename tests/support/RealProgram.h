@@ -33,8 +33,7 @@ class RealProgram {
   // Closes the main window as the close box does; true when the program then ended.
   bool Close();
   void Kill();
-  // Presses Apply and answers its prompts (OK to the rebuild notice, No to a restart offer) until Apply
-  // greys itself again; returns the prompts' texts.
+  // Presses Apply and answers its prompts (OK, or No to a restart offer) until Apply greys; their texts.
   std::vector<std::string> ApplyAndAnswer();
 
  private:
@@ -62,9 +61,8 @@ vx::Plan PlanOfListsApply(const vx::Environment& env,
                           const std::function<void(const ApplyLists&)>& edit = {});
 std::vector<std::string> KeysOf(const vx::Plan& plan);
 
-// Runs a copy of the probe beside the test program (e.g. "envprobe.exe") under an emulated Windows
-// edition ("win98"; "" for Wine's default) and returns the section it wrote to the profile file named
-// on its command line; empty when it did not run.
+// Runs a copy of a probe beside the tests under an emulated edition ("win98"; "" for Wine's default) and
+// returns the section it wrote to the profile file named on its command line (empty if it did not run).
 std::map<std::string, std::string> RunProbe(const std::string& probe, const std::string& edition,
                                             const char* section, int ms = 30000);
 

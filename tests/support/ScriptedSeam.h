@@ -1,6 +1,5 @@
 #pragma once
-// A seam that answers from a script and records what the program asked. Install it for the life of
-// a test with SeamScope.
+// A seam that answers from a script and records what the program asked; SeamScope installs it.
 #include <deque>
 #include <string>
 #include <vector>
