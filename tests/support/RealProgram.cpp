@@ -13,10 +13,10 @@
 
 namespace vxtest {
 
-RealProgram::RealProgram(const std::string& arguments) {
+RealProgram::RealProgram(const std::string& arguments, const std::string& exe) {
   const std::string self = ui::ModulePath();
   std::string cmd(1, '"');  // built by appending: GCC 12 warns falsely on "\"" + string
-  cmd += self.substr(0, self.rfind('\\')) + "\\..\\vexillor.exe\"";
+  cmd += (exe.empty() ? self.substr(0, self.rfind('\\')) + "\\..\\vexillor.exe" : exe) + "\"";
   if (!arguments.empty()) cmd += " " + arguments;
   STARTUPINFOA si{};
   si.cb = sizeof si;
@@ -159,15 +159,8 @@ std::map<std::string, std::string> RunProbe(const std::string& probe, const std:
   DeleteTree(appKey);
   if (!edition.empty()) modRegistry::SaveString(appKey, "Version", edition);
   DeleteFileA(out.c_str());
-  STARTUPINFOA si{};
-  si.cb = sizeof si;
-  PROCESS_INFORMATION pi{};
-  std::string cmd = "\"" + copy + "\" \"" + out + "\"";
-  if (CreateProcessA(nullptr, cmd.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr, nullptr, &si, &pi)) {
-    WaitForSingleObject(pi.hProcess, static_cast<DWORD>(ms));
-    CloseHandle(pi.hThread);
-    CloseHandle(pi.hProcess);
-  }
+  std::string quoted(1, '"');
+  RealProgram(quoted + out + "\"", copy).Ended(ms);
   // The section comes back as "name=value" strings, each ended by a NUL.
   std::map<std::string, std::string> values;
   std::string text(32768, '\0');

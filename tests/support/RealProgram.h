@@ -14,10 +14,11 @@
 
 namespace vxtest {
 
-// Ends the program (killing it if it is still running) when it goes out of scope.
+// Ends the program (killing it if it is still running) when it goes out of scope. `exe` (a full path)
+// runs another program the same way.
 class RealProgram {
  public:
-  explicit RealProgram(const std::string& arguments = "");
+  explicit RealProgram(const std::string& arguments = "", const std::string& exe = "");
   ~RealProgram();
   RealProgram(const RealProgram&) = delete;
   RealProgram& operator=(const RealProgram&) = delete;
