@@ -1,7 +1,7 @@
 // Undo Last Apply and Review Changes; Apply when the system refuses a write or a step fails.
 #include <gtest/gtest.h>
 #include <windows.h>
-#include <aclapi.h>
+#include <sddl.h>
 
 #include <stdexcept>
 
@@ -112,23 +112,15 @@ TEST_F(Undo, ReviewThenApplyThenSettingsAndIconsComeBackTogetherAndASecondUndoRe
   EXPECT_EQ(state(), before);
 }
 
-// Locked: everyone may read the key and nobody write it; unlocked: no DACL, anyone may do anything.
+// Locked: everyone may read the key and nobody write it; unlocked: everyone may do anything.
 void Lock(const std::string& path, bool locked) {
+  PSECURITY_DESCRIPTOR sd = nullptr;
   HKEY key = vxtest::OpenKey(path, true);
-  if (!key) return;
-  EXPLICIT_ACCESSA ea{};
-  ea.grfAccessPermissions = KEY_READ;
-  ea.grfAccessMode = SET_ACCESS;
-  ea.Trustee.TrusteeForm = TRUSTEE_IS_NAME;
-  ea.Trustee.ptstrName = const_cast<char*>("EVERYONE");
-  PACL acl = nullptr;
-  if (locked) SetEntriesInAclA(1, &ea, nullptr, &acl);
-  SECURITY_DESCRIPTOR sd;
-  InitializeSecurityDescriptor(&sd, SECURITY_DESCRIPTOR_REVISION);
-  SetSecurityDescriptorDacl(&sd, TRUE, acl, FALSE);
-  RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, &sd);
-  if (acl) LocalFree(acl);
-  RegCloseKey(key);
+  if (key && ConvertStringSecurityDescriptorToSecurityDescriptorA(locked ? "D:(A;;KR;;;WD)" : "D:(A;;KA;;;WD)",
+                                                                  SDDL_REVISION_1, &sd, nullptr))
+    RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, sd);
+  if (sd) LocalFree(sd);
+  if (key) RegCloseKey(key);
 }
 
 TEST_F(Undo, ARefusedWriteIsNamedAndApplyAndTheJournalStayConsistent) {
