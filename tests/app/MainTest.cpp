@@ -309,11 +309,7 @@ TEST_F(MainThemes, SaveAsThenSaveWriteTheLists) {
 }
 
 TEST(PathNames, FileNameAndTitle) {
-  struct {
-    const char* path;
-    const char* name;
-    const char* title;
-  } cases[] = {
+  const struct { const char *path, *name, *title; } cases[] = {
       {"C:\\Themes\\Blue.Dark.vxtheme", "Blue.Dark.vxtheme", "Blue"},
       {"C:Blue.vxtheme", "Blue.vxtheme", "Blue"},
       {"Blue.vxtheme", "Blue.vxtheme", "Blue"},
@@ -327,35 +323,29 @@ TEST(PathNames, FileNameAndTitle) {
 }
 
 TEST_F(MainWindow, RecentThemesShiftingDuplicatesAndTheUnchangedNewest) {
-  auto Slot = [](int n) { return modRegistry::GetString(vx::kThemesKey, std::to_string(n)); };
+  auto slots = [] {  // the four slots in the registry, in order
+    std::string all;
+    for (const char* n : {"1", "2", "3", "4"}) all += modRegistry::GetString(vx::kThemesKey, n) + "|";
+    return all;
+  };
   vx::RecentMenu menu;
   vx::RecentThemes("", menu);
   EXPECT_FALSE(menu.separator);
   EXPECT_EQ(menu.visible, (std::array<bool, 4>{}));
 
   for (const char* p : {"C:\\t\\A.vxtheme", "C:\\t\\B.vxtheme", "C:\\t\\C.vxtheme"}) vx::RecentThemes(p, menu);
-  EXPECT_EQ(Slot(1), "C:\\t\\C.vxtheme");
-  EXPECT_EQ(Slot(2), "C:\\t\\B.vxtheme");
-  EXPECT_EQ(Slot(3), "C:\\t\\A.vxtheme");
-  EXPECT_EQ(Slot(4), "Error");
+  EXPECT_EQ(slots(), "C:\\t\\C.vxtheme|C:\\t\\B.vxtheme|C:\\t\\A.vxtheme|Error|");
   EXPECT_TRUE(menu.separator);
   EXPECT_EQ(menu.captions[0], "C.vxtheme");
   EXPECT_EQ(menu.captions[2], "A.vxtheme");
   EXPECT_FALSE(menu.visible[3]);
-
   // The newest again: nothing moves.
   vx::RecentThemes("C:\\t\\C.vxtheme", menu);
-  EXPECT_EQ(Slot(2), "C:\\t\\B.vxtheme");
-  EXPECT_EQ(Slot(4), "Error");
-
+  EXPECT_EQ(slots(), "C:\\t\\C.vxtheme|C:\\t\\B.vxtheme|C:\\t\\A.vxtheme|Error|");
   // The second newest goes first and stays in slot 3 as well.
   vx::RecentThemes("C:\\t\\B.vxtheme", menu);
-  EXPECT_EQ(Slot(1), "C:\\t\\B.vxtheme");
-  EXPECT_EQ(Slot(2), "C:\\t\\C.vxtheme");
-  EXPECT_EQ(Slot(3), "C:\\t\\B.vxtheme");
-  EXPECT_EQ(Slot(4), "C:\\t\\A.vxtheme");
+  EXPECT_EQ(slots(), "C:\\t\\B.vxtheme|C:\\t\\C.vxtheme|C:\\t\\B.vxtheme|C:\\t\\A.vxtheme|");
   EXPECT_EQ(menu.captions, (std::array<std::string, 4>{"B.vxtheme", "C.vxtheme", "B.vxtheme", "A.vxtheme"}));
-
   // Reading back in a new run shows the same, and a slot that is not a path stays hidden.
   modRegistry::SaveString(vx::kThemesKey, "3", "not a path");
   vx::RecentMenu fresh;
