@@ -23,8 +23,6 @@ class RealProgram {
   RealProgram(const RealProgram&) = delete;
   RealProgram& operator=(const RealProgram&) = delete;
 
-  bool started() const { return pi_.hProcess != nullptr; }
-  HANDLE process() const { return pi_.hProcess; }
   // A visible top-level window of the program with this class ("#32770" for a prompt), waited for.
   HWND Window(const char* className, int ms = 20000) const;
   // The main window once the program is idle; nullptr when none came.
