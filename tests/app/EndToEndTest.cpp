@@ -44,10 +44,10 @@ TEST(EndToEnd, RestoreOneIconApplyAndFindEveryWrite) {
   });
   vxtest::KeySnapshot classKeys(vxtest::KeysOf(plan));
   // The settings keys as they are, but the document icons and preferences, which the icon stage writes.
-  std::vector<std::pair<std::string, modRegistry::KeyTree>> before;
+  std::vector<std::string> settingsKeys;
   for (const std::string& key : vx::SettingsKeys())
-    if (key.find("Paint.Picture") == std::string::npos && key != vx::kSettingsKey)
-      modRegistry::ReadTree(key, before.emplace_back(key, modRegistry::KeyTree{}).second);
+    if (key.find("Paint.Picture") == std::string::npos && key != vx::kSettingsKey) settingsKeys.push_back(key);
+  const auto settingsBefore = vxtest::KeysNow(settingsKeys);
 
   vxtest::RealProgram program;
   HWND main = program.Main();
@@ -78,11 +78,7 @@ TEST(EndToEnd, RestoreOneIconApplyAndFindEveryWrite) {
   // The cache rebuild put a missing icon size back as "32"; nothing else of the settings changed.
   EXPECT_EQ(modRegistry::GetString(vx::kWindowMetricsKey, "Shell Icon Size"), "32");
   modRegistry::DeleteValue(vx::kWindowMetricsKey, "Shell Icon Size");
-  for (const auto& [key, tree] : before) {
-    modRegistry::KeyTree now;
-    modRegistry::ReadTree(key, now);
-    EXPECT_TRUE(now == tree) << key;
-  }
+  EXPECT_EQ(vxtest::KeysNow(settingsKeys), settingsBefore);
   EXPECT_TRUE(program.Close()) << "the program did not end";
 }
 
