@@ -4,7 +4,7 @@
 #include <windows.h>
 
 #include <fstream>
-#include <sstream>
+#include <iterator>
 
 #include "MainWindowFixture.h"
 #include "app/CommandLine.h"
@@ -42,9 +42,8 @@ class ThemeCommandLine : public vxtest::MainWindowTest {
     return exitCode;
   }
   std::string Log() const {
-    std::stringstream s;
-    s << std::ifstream(log).rdbuf();
-    return s.str();
+    std::ifstream in(log);
+    return {std::istreambuf_iterator<char>(in), {}};
   }
   static std::string Override(const char* number) { return modRegistry::GetString(vx::kShellIconsKey, number); }
 

@@ -1,7 +1,6 @@
 #pragma once
-// Takes a whole registry key tree (values with their types and data, subkeys) and puts it back
-// exactly as it was when the snapshot ends, so a test may let the program write to keys that the
-// system itself owns (class keys, the shell's icon overrides) and leave no trace.
+// Whole key trees, put back exactly when the snapshot ends: tests may let the program write to keys
+// the system owns (class keys, the shell's icon overrides) and leave no trace.
 #include <windows.h>
 
 #include <optional>
