@@ -1,12 +1,12 @@
-// Edition detection, checked for real: the environment probe runs in a process of its own under each
-// Windows edition that Wine can emulate, and every environment value is compared.
+// Edition detection for real: the environment probe runs under each edition Wine can emulate.
 #include <gtest/gtest.h>
 
 #include <map>
 
 #include "registry/modRegistry.h"
+#include "support/KeySnapshot.h"
+#include "support/RealProgram.h"
 #include "support/RegistryScope.h"
-#include "ui/win.h"
 
 namespace {
 
@@ -16,59 +16,10 @@ std::string Folder(UINT(WINAPI* get)(LPSTR, UINT)) {
   return std::string(buf, n);
 }
 
-std::string ProbePath() {
-  std::string self = ui::ModulePath();
-  return self.substr(0, self.rfind('\\') + 1) + "envprobe.exe";
-}
-
-// Runs a copy of the probe named after the edition under that emulated edition; "" runs the default.
-std::map<std::string, std::string> RunProbe(const std::string& edition) {
-  char temp[MAX_PATH];
-  GetTempPathA(MAX_PATH, temp);
-  const std::string name = "envprobe_" + (edition.empty() ? std::string("default") : edition) + ".exe";
-  const std::string copy = std::string(temp) + name;
-  CopyFileA(ProbePath().c_str(), copy.c_str(), FALSE);
-  const std::string appKey = "HKEY_CURRENT_USER\\Software\\Wine\\AppDefaults\\" + name;
-  vxtest::DeleteTree(appKey);
-  if (!edition.empty()) modRegistry::SaveString(appKey, "Version", edition);
-
-  const std::string out = std::string(temp) + name + ".ini";
-  DeleteFileA(out.c_str());
-  STARTUPINFOA si{};
-  si.cb = sizeof si;
-  PROCESS_INFORMATION pi{};
-  std::string cmd = "\"" + copy + "\" \"" + out + "\"";
-  if (CreateProcessA(nullptr, cmd.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr, nullptr, &si, &pi)) {
-    WaitForSingleObject(pi.hProcess, 20000);
-    CloseHandle(pi.hThread);
-    CloseHandle(pi.hProcess);
-  }
-  // The section comes back as "name=value" strings, each ended by a NUL.
-  std::map<std::string, std::string> values;
-  std::string section(32768, '\0');
-  section.resize(GetPrivateProfileSectionA("environment", section.data(), 32768, out.c_str()));
-  for (size_t start = 0, end; start < section.size(); start = end + 1) {
-    end = section.find('\0', start);
-    const std::string line = section.substr(start, end - start);
-    const auto eq = line.find('=');
-    if (eq != std::string::npos) values[line.substr(0, eq)] = line.substr(eq + 1);
-  }
-  DeleteFileA(out.c_str());
-  vxtest::DeleteTree(appKey);
-  DeleteFileA(copy.c_str());
-  return values;
-}
-
-struct Expected {
-  const char* wineVersion;
-  const char* code;
-  const char* name;
-};
-
 TEST(Edition, EveryEnvironmentValueUnderEachEmulatedEdition) {
   const std::string win = Folder(GetWindowsDirectoryA), sys = Folder(GetSystemDirectoryA);
   const std::string hkcr = "HKEY_CLASSES_ROOT\\CLSID\\", hkcu = "HKEY_CURRENT_USER\\Software\\Classes\\CLSID\\";
-  const Expected editions[] = {
+  const struct { const char *wineVersion, *code, *name; } editions[] = {
       {"win95", "Win95", "Windows 95"},
       {"win98", "Win98", "Windows 98"},
       {"nt40", "WinNT", "Windows NT"},
@@ -76,7 +27,7 @@ TEST(Edition, EveryEnvironmentValueUnderEachEmulatedEdition) {
   };
   for (const auto& ed : editions) {
     SCOPED_TRACE(ed.wineVersion[0] ? ed.wineVersion : "default");
-    auto v = RunProbe(ed.wineVersion);
+    auto v = vxtest::RunProbe("envprobe.exe", ed.wineVersion, "environment");
     ASSERT_FALSE(v.empty()) << "the probe did not run";
     const bool nt = std::string(ed.code) == "WinNT", w98 = std::string(ed.code) == "Win98";
     const std::string perUser = w98 ? hkcu : hkcr;
@@ -84,7 +35,6 @@ TEST(Edition, EveryEnvironmentValueUnderEachEmulatedEdition) {
     EXPECT_EQ(v["editionName"], ed.name);
     EXPECT_EQ(v["windowsFolder"], win);
     EXPECT_EQ(v["systemFolder"], sys);
-    EXPECT_NE(v["windowsFolder"].back(), '\\');
     EXPECT_EQ(v["binaryZero"], "00000000");
     EXPECT_EQ(v["binaryOne"], "01000000");
     EXPECT_EQ(v["desktopUpdate"], "0");
@@ -107,24 +57,13 @@ TEST(Edition, EveryEnvironmentValueUnderEachEmulatedEdition) {
   }
 }
 
-// The shell version decides the desktop update and six icon numbers; the Start menu order value must
-// be readable as well, except for the Users Program Group number.
+// The shell version and a readable Start menu order decide the desktop update and six icon numbers.
 TEST(Edition, DesktopUpdateFollowsTheShellVersionAndStartMenuOrder) {
   const std::string ieKey = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Internet Explorer";
   const std::string orderKey =
       "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\MenuOrder\\Start Menu\\Menu";
-  DWORD type = 0;
-  std::string oldVersion;
-  const bool hadVersion = vxtest::ReadRaw(ieKey, "Version", type, oldVersion);
-  vxtest::RegistryScope orderScope({"HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\MenuOrder"});
-
-  struct Case {
-    const char* version;
-    bool order;
-    const char* update;
-    const char* icons;
-    const char* internetClass;
-  } cases[] = {
+  vxtest::KeySnapshot saved({ieKey, "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\MenuOrder"});
+  const struct { const char* version; bool order; const char *update, *icons, *internetClass; } cases[] = {
       {"4.71.1712.6", true, "1", "63 64 62 42 50 51", "{871C5380-42A0-1069-A2EA-08002B30309D}"},
       {"4.72.3110.0", true, "1", "64 65 63 42 51 52", "{871C5380-42A0-1069-A2EA-08002B30309D}"},
       {"4.72.3110.0", false, "0", "59 60 58 42 46 47", "{FBF23B42-E3F0-101B-8488-00AA003E56F8}"},
@@ -135,15 +74,11 @@ TEST(Edition, DesktopUpdateFollowsTheShellVersionAndStartMenuOrder) {
     modRegistry::SaveString(ieKey, "Version", c.version);
     vxtest::DeleteTree(orderKey);
     if (c.order) vxtest::WriteRaw(orderKey, "Order", REG_BINARY, std::string("\x08\0\0\0", 4));
-    auto v = RunProbe("win98");
+    auto v = vxtest::RunProbe("envprobe.exe", "win98", "environment");
     EXPECT_EQ(v["desktopUpdate"], c.update);
     EXPECT_EQ(v["icons"], c.icons);
     EXPECT_EQ(v["internetKey"], std::string("HKEY_CLASSES_ROOT\\CLSID\\") + c.internetClass);
   }
-  if (hadVersion)
-    vxtest::WriteRaw(ieKey, "Version", type, oldVersion);
-  else
-    modRegistry::DeleteValue(ieKey, "Version");
 }
 
 }  // namespace

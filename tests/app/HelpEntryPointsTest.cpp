@@ -1,12 +1,9 @@
-// Every way into the help names something that the shipped help folder (copied beside vexillor.exe)
-// really has: the contents page, each control's and each setting's context number, each prompt's
-// keyword and topic, and every link between the pages themselves.
+// Every way into the help names something the shipped help folder (beside vexillor.exe) really has.
 #include <gtest/gtest.h>
 #include <windows.h>
 
 #include <algorithm>
 #include <fstream>
-#include <functional>
 #include <map>
 #include <regex>
 #include <set>
@@ -30,44 +27,32 @@ bool FileExists(const std::string& path) {
   return a != INVALID_FILE_ATTRIBUTES && !(a & FILE_ATTRIBUTE_DIRECTORY);
 }
 
-// The help as it ships: build\help beside vexillor.exe (the tests run from build\tests).
-std::string ShippedHelp() {
-  const std::string here = Folder(ui::ModulePath());
-  for (const std::string& dir : {Folder(here) + "\\help", here + "\\help"})
-    if (FileExists(dir + "\\index.html")) return dir;
-  return "";
-}
-
 // The pages of the help folder and the ids (anchors) and links each one holds.
-struct Page {
-  std::set<std::string> ids;
-  std::vector<std::string> links;
-};
+struct Page { std::set<std::string> ids; std::vector<std::string> links; };
 
 std::map<std::string, Page> ReadPages(const std::string& dir) {
   std::map<std::string, Page> pages;
   WIN32_FIND_DATAA found;
   HANDLE h = FindFirstFileA((dir + "\\*.html").c_str(), &found);
-  if (h == INVALID_HANDLE_VALUE) return pages;
-  do {
-    std::ifstream in(dir + "\\" + found.cFileName, std::ios::binary);
+  for (bool more = h != INVALID_HANDLE_VALUE; more; more = FindNextFileA(h, &found)) {
     std::stringstream text;
-    text << in.rdbuf();
+    text << std::ifstream(dir + "\\" + found.cFileName, std::ios::binary).rdbuf();
     const std::string html = text.str();
     Page& page = pages[found.cFileName];
     static const std::regex id(R"( id="([^"]+)\")"), href(R"(href="([^"]+)\")");
     for (std::sregex_iterator m(html.begin(), html.end(), id), end; m != end; ++m) page.ids.insert((*m)[1]);
     for (std::sregex_iterator m(html.begin(), html.end(), href), end; m != end; ++m) page.links.push_back((*m)[1]);
-  } while (FindNextFileA(h, &found));
-  FindClose(h);
+  }
+  if (h != INVALID_HANDLE_VALUE) FindClose(h);
   return pages;
 }
 
 class HelpEntryPoints : public ::testing::Test {
  protected:
+  // The help as it ships: build\help beside vexillor.exe (the tests run from build\tests).
   void SetUp() override {
-    dir = ShippedHelp();
-    ASSERT_FALSE(dir.empty()) << "no help\\index.html beside the built program";
+    dir = Folder(Folder(ui::ModulePath())) + "\\help";
+    ASSERT_TRUE(FileExists(dir + "\\index.html")) << "no help beside the built program";
     pages = ReadPages(dir);
   }
   // Empty when "page#anchor" is in the shipped help, else what is missing.
@@ -84,101 +69,72 @@ class HelpEntryPoints : public ::testing::Test {
   std::map<std::string, Page> pages;
 };
 
-TEST_F(HelpEntryPoints, EveryTopicAndKeywordLeadsToAPlaceThatExists) {
+// Every topic, keyword and contents page leads to a place that exists; every control of the main window
+// and every setting number of the Shell tab (the tree's own is 74) has a topic, each setting its own place.
+TEST_F(HelpEntryPoints, EveryTopicKeywordControlAndSettingLeadsToAPlaceThatExists) {
   std::set<unsigned> numbers;
   for (const auto& t : ui::HelpTopics()) {
     EXPECT_TRUE(numbers.insert(t.number).second) << "number " << t.number << " twice";
     EXPECT_EQ(Missing(t.page), "") << "topic " << t.number;
-    const std::string popup = t.popup;
     // A pop-up is a few sentences: long enough to say something, short enough for a small window.
-    EXPECT_GE(popup.size(), 40u) << t.number;
-    EXPECT_LE(popup.size(), 260u) << t.number;
-    EXPECT_EQ(popup.back(), '.') << t.number;
+    const std::string popup = t.popup;
+    EXPECT_TRUE(popup.size() >= 40 && popup.size() <= 260 && popup.back() == '.') << t.number << ": " << popup;
   }
   for (const auto& k : ui::HelpKeywords()) EXPECT_EQ(Missing(k.page), "") << k.keyword;
   EXPECT_EQ(Missing(ui::kHelpContentsPage), "");
-}
-
-TEST_F(HelpEntryPoints, ThePagesLinkOnlyToPagesAndAnchorsThatExist) {
-  EXPECT_GE(pages.size(), 15u);
-  for (const auto& [name, page] : pages) {
-    for (const std::string& link : page.links) {
-      if (link.rfind("http", 0) == 0 || link.rfind("mailto:", 0) == 0) continue;
-      if (link.find(".css") != std::string::npos) {
-        EXPECT_TRUE(FileExists(dir + "\\" + link)) << name << " -> " << link;
-        continue;
-      }
-      EXPECT_EQ(Missing(link[0] == '#' ? name + link : link), "") << "in " << name;
-    }
-  }
-}
-
-// Every control of the main window and every setting number of the Shell tab (the tree's own is 74) has
-// a topic, each setting its own place; the Help button, F1 and Contents open the shipped contents.
-TEST_F(HelpEntryPoints, EveryControlAndSettingNumberHasATopic) {
   for (int id : {IDC_TOOLBAR, IDC_TABSTRIP, IDC_INFOBAR, IDC_CHANGE, IDC_DEFAULT, IDC_RENAME, IDOK, IDCANCEL,
                  IDC_APPLY, IDC_SETTINGS_TREE, IDC_FOLDER_TREE, IDC_HELPBTN, IDC_LIST_FIRST + 2, IDC_LIST_FIRST + 3,
                  IDC_LIST_FIRST + 4, IDC_LIST_FIRST + 5, IDC_LIST_FIRST + 6, IDC_LIST_FIRST + 7, IDC_LIST_FIRST + 9})
     EXPECT_NE(ui::FindHelpTopic(vx::HelpTopicOf(id)), nullptr) << "control " << id;
-  const unsigned numbers[] = {23, 25, 26, 27, 28, 29, 30, 31, 33, 34, 35, 36, 37, 38, 39, 40, 41, 42, 43, 44,
-                              45, 46, 47, 48, 49, 50, 51, 52, 53, 54, 55, 56, 57, 58, 59, 60, 61, 62, 74};
+  const unsigned settings[] = {23, 25, 26, 27, 28, 29, 30, 31, 33, 34, 35, 36, 37, 38, 39, 40, 41, 42, 43, 44,
+                               45, 46, 47, 48, 49, 50, 51, 52, 53, 54, 55, 56, 57, 58, 59, 60, 61, 62, 74};
   std::set<std::string> pagesUsed;
-  for (unsigned n : numbers) {
+  for (unsigned n : settings) {
     const ui::HelpTopic* topic = ui::FindHelpTopic(n);
     ASSERT_NE(topic, nullptr) << n;
     pagesUsed.insert(topic->page);
   }
-  EXPECT_EQ(pagesUsed.size(), std::size(numbers));
-  const std::string contents = ui::AppHelpFile();
-  EXPECT_EQ(contents.substr(contents.size() - 16), "\\help\\index.html");
-  EXPECT_EQ(Folder(Folder(contents)), Folder(ui::ModulePath()));
-  EXPECT_EQ(ui::HelpRequestTarget(contents, HELP_CONTENTS, ""), contents);
+  EXPECT_EQ(pagesUsed.size(), std::size(settings));
+  // The Help button, F1 and Contents open the contents beside the running program.
+  EXPECT_EQ(ui::AppHelpFile(), Folder(ui::ModulePath()) + "\\help\\index.html");
 }
 
-// Every prompt of the program: a "&Help" button finds its keyword's page, a help topic its number.
+TEST_F(HelpEntryPoints, ThePagesLinkOnlyToPagesAndAnchorsThatExist) {
+  EXPECT_GE(pages.size(), 15u);
+  for (const auto& [name, page] : pages)
+    for (const std::string& link : page.links) {
+      if (link.rfind("http", 0) == 0 || link.rfind("mailto:", 0) == 0) continue;
+      if (link.find(".css") != std::string::npos)
+        EXPECT_TRUE(FileExists(dir + "\\" + link)) << name << " -> " << link;
+      else
+        EXPECT_EQ(Missing(link[0] == '#' ? name + link : link), "") << "in " << name;
+    }
+}
+
+// The prompts with a Help button (the network warning and the rebuild notice) find their keyword's page,
+// the rebuild notice its topic; the third keyword belongs to a message of the Explorer tab.
 TEST_F(HelpEntryPoints, EveryPromptWithHelpFindsItsPage) {
   vxtest::RegistryScope keys({vxtest::kProgramKey + "\\Settings"});
   vxtest::ScriptedSeam seam;
   vxtest::SeamScope scope{seam};
-  const std::vector<std::function<void()>> prompts = {
-      [] { modMsgbox::RestartLater(); },           [] { modMsgbox::ColourDepth(); },
-      [] { modMsgbox::NotepadOnAllFiles(); },      [] { modMsgbox::HideNetworkNeighborhood(); },
-      [] { modMsgbox::DisableDesktop(); },         [] { modMsgbox::RestoreAllPointers("Windows 98"); },
-      [] { modMsgbox::RestoreAllIcons("Windows 98"); }, [] { modMsgbox::RestoreAllSettings("Windows 98"); },
-      [] { modMsgbox::SaveBeforeClosing(); },      [] { modMsgbox::InvalidTheme("x.vxtheme"); },
-      [] { modMsgbox::OverwriteTheme("Blue"); },   [] { modMsgbox::RestartNow(); },
-      [] { modMsgbox::RebuildNotice("Windows 95"); }, [] { modMsgbox::EmptyName(); },
-      [] { modMsgbox::RemoveDesktopIni(); },       [] { modMsgbox::RemoveAutorunInf(); },
-      [] { modMsgbox::NothingToRestore(); },
-  };
-  for (const auto& show : prompts) show();
-  ASSERT_EQ(seam.prompts.size(), prompts.size());
-  int withHelp = 0;
-  for (const auto& p : seam.prompts) {
-    const bool helpButton = std::find(p.buttons.begin(), p.buttons.end(), "&Help") != p.buttons.end();
-    const std::string keyword = ui::PromptHelpKeyword(p.message);
-    EXPECT_EQ(helpButton, !keyword.empty()) << p.message;
-    if (!keyword.empty()) {
-      ++withHelp;
-      const auto& all = ui::HelpKeywords();  // in the index as it is, not only the start of an entry
-      EXPECT_TRUE(std::any_of(all.begin(), all.end(), [&](const ui::HelpKeyword& k) { return keyword == k.keyword; }))
-          << keyword;
-    }
-    if (p.helpTopic) {
-      EXPECT_NE(ui::FindHelpTopic(static_cast<unsigned>(p.helpTopic)), nullptr) << p.message;
-    }
+  modMsgbox::HideNetworkNeighborhood();
+  modMsgbox::RebuildNotice("Windows 95");
+  ASSERT_EQ(seam.prompts.size(), 2u);
+  EXPECT_NE(ui::FindHelpTopic(static_cast<unsigned>(seam.prompts[1].helpTopic)), nullptr);
+  std::vector<std::string> keywords = {"Introduction, Explorer"};
+  for (const auto& p : seam.prompts) keywords.push_back(ui::PromptHelpKeyword(p.message));
+  EXPECT_EQ(ui::PromptHelpKeyword("The program could not read this folder."), keywords[0]);
+  const auto& all = ui::HelpKeywords();  // in the index as it is, not only the start of an entry
+  for (const std::string& keyword : keywords) {
+    EXPECT_TRUE(std::any_of(all.begin(), all.end(), [&](const ui::HelpKeyword& k) { return keyword == k.keyword; }))
+        << keyword;
+    EXPECT_EQ(Missing(ui::HelpPageOfKeyword(keyword)), "") << keyword;
   }
-  EXPECT_EQ(withHelp, 2);  // the network warning and the rebuild notice
-  // The third keyword belongs to a message of the Explorer tab that no prompt above carries.
-  EXPECT_EQ(ui::PromptHelpKeyword("The program could not read this folder."), "Introduction, Explorer");
-  for (const char* k : {"Icon Cache", "Hide, Network Neighborhood", "Introduction, Explorer"})
-    EXPECT_EQ(Missing(ui::HelpPageOfKeyword(k)), "") << k;
 }
 
 // What each request opens: a page path, a file: address for a place on a page, the contents otherwise.
 TEST(HelpRequests, OpenTheTopicsPageOrTheContents) {
-  const std::string file = "C:\\Program Files\\Vexillor\\help\\index.html";
-  const std::string help = "C:\\Program Files\\Vexillor\\help\\";
+  const std::string help = "C:\\Program Files\\Vexillor\\help\\", file = help + "index.html";
   const struct { unsigned command; const char* keyword; std::string opens; } cases[] = {
       {HELP_CONTEXT, "4600", help + "icon-cache.html"},
       {HELP_CONTEXT, "23", "file:///C:/Program%20Files/Vexillor/help/shell.html#beep-on-errors"},
@@ -201,17 +157,6 @@ TEST(HelpRequests, OpenTheTopicsPageOrTheContents) {
   EXPECT_EQ(ui::HelpTarget("D:\\A#B 100%\\help\\index.html", "shell.html#drag"),
             "file:///D:/A%23B%20100%25/help/shell.html#drag");
   EXPECT_EQ(ui::HelpTarget("index.html", "themes.html"), "themes.html");
-}
-
-// The About command of the Help menu and the toolbar passes the Web sub-menu's addresses.
-TEST(AboutCommand, ShowsTheAboutBoxWithTheWebAddresses) {
-  vxtest::ScriptedSeam seam;
-  vxtest::SeamScope scope{seam};
-  vx::ShowAbout(nullptr);
-  ASSERT_EQ(seam.abouts.size(), 1u);
-  EXPECT_EQ(seam.abouts[0].homePage, vx::kHomePage);
-  EXPECT_EQ(seam.abouts[0].mail, vx::kAuthorMail);
-  EXPECT_TRUE(seam.messages.empty());
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
-// The main window in-process: start-up from the preferences, tabs, menus, toolbar, and closing.
+// The main window in-process: start-up, tabs, menus, toolbar, closing, the theme commands, and the
+// preference routines (path names, the recent themes).
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -26,64 +27,42 @@ class MainWindow : public vxtest::MainWindowTest {
   }
 };
 
-TEST_F(MainWindow, FirstRunKeepsTheDesignPositionShowsDesktopAndRecordsOnClose) {
-  auto m = Open();
-  EXPECT_EQ(Rect(*m).left, Main::kDesignLeft);
-  EXPECT_EQ(Rect(*m).top, Main::kDesignTop);
-  EXPECT_EQ(m->CurrentTab(), vx::kTabDesktop);
-  EXPECT_EQ(ui::GetText(m->hwnd()), "Vexillor");
-  EXPECT_FALSE(m->applyEnabled());
-  EXPECT_FALSE(m->recentMenu().separator);
-  EXPECT_EQ(GetMenuItemCount(m->fileMenu()), 8);  // Open, -, Save, Save As, -, Rebuild, -, Exit
-  EXPECT_TRUE(IsWindowVisible(m->List(vx::kTabDesktop)->hwnd()));
-
-  ASSERT_TRUE(Close(*m));
-  EXPECT_TRUE(seam.prompts.empty());
-  EXPECT_EQ(Setting("Left"), std::to_string(Main::kDesignLeft * ui::TwipsPerPixelX()));
-  EXPECT_EQ(Setting("Top"), std::to_string(Main::kDesignTop * ui::TwipsPerPixelY()));
-  EXPECT_EQ(modRegistry::GetDword(vx::kSettingsKey, "Active Tab"), vx::kTabDesktop);
-  EXPECT_EQ(Setting("Current Theme"), "Error");  // nothing was applied
-}
-
-TEST_F(MainWindow, PositionIsCentredOrRestoredAndTheTabRemembered) {
-  modRegistry::SaveDword(vx::kSettingsKey, "Positions", 0);
-  modRegistry::SaveString(vx::kSettingsKey, "Left", "15");
-  modRegistry::SaveString(vx::kSettingsKey, "Top", "15");
-  {
+// Where the window opens and which tab it shows come from the preferences, and both are recorded at
+// closing; an "Active Tab" of 0 means always the desktop tab and stays 0.
+TEST_F(MainWindow, PositionAndTabFromThePreferencesAndRecordedOnClose) {
+  enum Where { kDesign, kCentred, kStored };
+  const struct { int positions; const char *left, *top; int tab; Where x, y; int shown, select, recorded; } cases[] = {
+      {-1, nullptr, nullptr, -1, kDesign, kDesign, vx::kTabDesktop, vx::kTabDesktop, vx::kTabDesktop},  // first run
+      {0, "15", "15", -1, kCentred, kCentred, vx::kTabDesktop, vx::kTabDesktop, vx::kTabDesktop},
+      {1, "3000", "1500", vx::kTabDrives, kStored, kStored, vx::kTabDrives, vx::kTabOthers, vx::kTabOthers},
+      {1, "3000", "Error", 0, kStored, kDesign, vx::kTabDesktop, vx::kTabPointers, 0},
+  };
+  const int tppX = ui::TwipsPerPixelX(), tppY = ui::TwipsPerPixelY();
+  for (const auto& c : cases) {
+    SCOPED_TRACE(&c - cases);
+    vxtest::DeleteTree(vx::kSettingsKey);
+    if (c.positions >= 0) modRegistry::SaveDword(vx::kSettingsKey, "Positions", c.positions);
+    if (c.left) modRegistry::SaveString(vx::kSettingsKey, "Left", c.left);
+    if (c.top) modRegistry::SaveString(vx::kSettingsKey, "Top", c.top);
+    if (c.tab >= 0) modRegistry::SaveDword(vx::kSettingsKey, "Active Tab", c.tab);
     auto m = Open();
-    RECT r = Rect(*m);
-    EXPECT_EQ(r.left, (GetSystemMetrics(SM_CXSCREEN) - (r.right - r.left)) / 2);
-    EXPECT_EQ(r.top, (GetSystemMetrics(SM_CYSCREEN) - (r.bottom - r.top)) / 2);
+    const RECT r = Rect(*m);
+    auto want = [](Where w, int design, int centred, const char* stored, int tpp) {
+      return w == kDesign ? design : w == kCentred ? centred : std::atoi(stored) / tpp;
+    };
+    EXPECT_EQ(r.left, want(c.x, Main::kDesignLeft, (GetSystemMetrics(SM_CXSCREEN) - (r.right - r.left)) / 2, c.left, tppX));
+    EXPECT_EQ(r.top, want(c.y, Main::kDesignTop, (GetSystemMetrics(SM_CYSCREEN) - (r.bottom - r.top)) / 2, c.top, tppY));
+    EXPECT_EQ(m->CurrentTab(), c.shown);
+    EXPECT_TRUE(IsWindowVisible(m->List(c.shown)->hwnd()));
+    EXPECT_EQ(IsWindowVisible(m->List(vx::kTabDesktop)->hwnd()) != FALSE, c.shown == vx::kTabDesktop);
+    EXPECT_EQ(GetMenuItemCount(m->fileMenu()), 8);  // Open, -, Save, Save As, -, Rebuild, -, Exit
+    m->SelectTab(c.select);
     ASSERT_TRUE(Close(*m));
+    EXPECT_TRUE(seam.prompts.empty());
     // Left and Top are written at every close, centred or not.
-    EXPECT_EQ(Setting("Left"), std::to_string(r.left * ui::TwipsPerPixelX()));
-  }
-  modRegistry::SaveDword(vx::kSettingsKey, "Positions", 1);
-  modRegistry::SaveString(vx::kSettingsKey, "Left", "3000");
-  modRegistry::SaveString(vx::kSettingsKey, "Top", "1500");
-  modRegistry::SaveDword(vx::kSettingsKey, "Active Tab", vx::kTabDrives);
-  {
-    auto m = Open();
-    EXPECT_EQ(Rect(*m).left, 3000 / ui::TwipsPerPixelX());
-    EXPECT_EQ(Rect(*m).top, 1500 / ui::TwipsPerPixelY());
-    EXPECT_EQ(m->CurrentTab(), vx::kTabDrives);
-    EXPECT_TRUE(IsWindowVisible(m->List(vx::kTabDrives)->hwnd()));
-    EXPECT_FALSE(IsWindowVisible(m->List(vx::kTabDesktop)->hwnd()));
-    m->SelectTab(vx::kTabOthers);
-    ASSERT_TRUE(Close(*m));
-    EXPECT_EQ(modRegistry::GetDword(vx::kSettingsKey, "Active Tab"), vx::kTabOthers);
-  }
-  // "Active Tab" = 0: always the desktop tab, never recorded. A bad "Top" keeps the design top.
-  modRegistry::SaveDword(vx::kSettingsKey, "Active Tab", 0);
-  modRegistry::SaveString(vx::kSettingsKey, "Top", "Error");
-  {
-    auto m = Open();
-    EXPECT_EQ(m->CurrentTab(), vx::kTabDesktop);
-    EXPECT_EQ(Rect(*m).top, Main::kDesignTop);
-    EXPECT_EQ(Rect(*m).left, 3000 / ui::TwipsPerPixelX());
-    m->SelectTab(vx::kTabPointers);
-    ASSERT_TRUE(Close(*m));
-    EXPECT_EQ(modRegistry::GetDword(vx::kSettingsKey, "Active Tab"), 0);
+    EXPECT_EQ(Setting("Left"), std::to_string(r.left * tppX));
+    EXPECT_EQ(Setting("Top"), std::to_string(r.top * tppY));
+    EXPECT_EQ(modRegistry::GetDword(vx::kSettingsKey, "Active Tab"), c.recorded);
   }
 }
 
@@ -115,19 +94,27 @@ TEST_F(MainWindow, CurrentThemeTitlesAndRecentThemesOnTheFileMenu) {
   auto again = Open();
   EXPECT_EQ(ui::GetText(again->hwnd()), "Vexillor");
   EXPECT_EQ(again->currentThemePath(), "");
+  // The theme commands are there; a recent theme that has gone is reported and nothing changes.
+  for (int id : {IDM_FILE_OPEN, IDM_FILE_SAVE, IDM_FILE_SAVEAS})
+    EXPECT_FALSE(GetMenuState(again->fileMenu(), static_cast<UINT>(id), MF_BYCOMMAND) & MF_GRAYED) << id;
+  again->OnCommand(IDM_FILE_RECENT1);
+  ASSERT_EQ(seam.prompts.size(), 1u);
+  EXPECT_EQ(seam.prompts[0].message, "The file Green.vxtheme does not appear to be a valid theme file.");
+  EXPECT_FALSE(again->applyEnabled());
+  EXPECT_EQ(ui::GetText(again->hwnd()), "Vexillor");
 }
 
 TEST_F(MainWindow, TabsToolbarAndMenus) {
   auto m = Open();
   HWND tab = m->tabStrip();
-  ASSERT_EQ(SendMessageA(tab, TCM_GETITEMCOUNT, 0, 0), 9);
-  int i = 0;
-  for (const char* caption : {"Shell", "Desktop", "Start", "Folders", "Drives", "Others", "System", "Explorer", "Pointers"}) {
+  std::string tabs;
+  for (WPARAM i = 0; i < static_cast<WPARAM>(SendMessageA(tab, TCM_GETITEMCOUNT, 0, 0)); ++i) {
     char text[32] = {};
     TCITEMA item{TCIF_TEXT, 0, 0, text, sizeof text, 0, 0};
-    SendMessageA(tab, TCM_GETITEMA, static_cast<WPARAM>(i++), reinterpret_cast<LPARAM>(&item));
-    EXPECT_STREQ(text, caption);
+    SendMessageA(tab, TCM_GETITEMA, i, reinterpret_cast<LPARAM>(&item));
+    tabs += std::string(text) + "|";
   }
+  EXPECT_EQ(tabs, "Shell|Desktop|Start|Folders|Drives|Others|System|Explorer|Pointers|");
   // Back and Forward, without wrapping.
   const int steps[][3] = {{1, IDT_BACK, 1}, {1, IDT_FORWARD, 2}, {9, IDT_FORWARD, 9}, {9, IDT_BACK, 8}};
   for (const auto& [from, command, to] : steps) {
@@ -138,31 +125,31 @@ TEST_F(MainWindow, TabsToolbarAndMenus) {
   EXPECT_TRUE(IsWindowVisible(m->folderTree().hwnd()));
   EXPECT_TRUE(IsWindowEnabled(GetDlgItem(GetDlgItem(m->hwnd(), IDC_PANE), IDC_DEFAULT)));
 
-  // Seventeen toolbar buttons, separators at 3, 6, 9, 12 and 16 (1-based).
+  // The toolbar's buttons (b) and separators (|).
   HWND tb = m->toolbar();
-  ASSERT_EQ(SendMessageA(tb, TB_BUTTONCOUNT, 0, 0), 17);
-  for (int i = 0; i < 17; ++i) {
+  std::string buttons;
+  for (WPARAM i = 0; i < static_cast<WPARAM>(SendMessageA(tb, TB_BUTTONCOUNT, 0, 0)); ++i) {
     TBBUTTON b{};
-    SendMessageA(tb, TB_GETBUTTON, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&b));
-    const bool separator = (b.fsStyle & BTNS_SEP) != 0;
-    EXPECT_EQ(separator, i + 1 == 3 || i + 1 == 6 || i + 1 == 9 || i + 1 == 12 || i + 1 == 16) << i + 1;
+    SendMessageA(tb, TB_GETBUTTON, i, reinterpret_cast<LPARAM>(&b));
+    buttons += (b.fsStyle & BTNS_SEP) ? '|' : 'b';
   }
+  EXPECT_EQ(buttons, "bb|bb|bb|bb|bbb|b");
   // The flat style with the constant widened with its sign: the whole high word is set.
   const DWORD style = static_cast<DWORD>(SendMessageA(tb, TB_GETSTYLE, 0, 0));
   EXPECT_EQ(style & 0xFFFF8840u, 0xFFFF8840u);
   EXPECT_TRUE(IsWindowEnabled(tb));
 
-  // Toolbar commands reach the same places as the menus: the web items go to the shell.
-  m->OnCommand(IDM_WEB_HOME);
-  m->OnCommand(IDM_WEB_EMAIL);
-  m->OnCommand(IDM_WEB_THEMES);
-  ASSERT_EQ(seam.opened.size(), 3u);
+  // Toolbar commands reach the same places as the menus: the web items go to the shell, and the About
+  // box carries the same addresses.
+  for (int id : {IDM_WEB_HOME, IDM_WEB_EMAIL, IDM_WEB_THEMES, IDC_HELPBTN, IDM_HELP_ABOUT}) m->OnCommand(id);
+  ASSERT_EQ(seam.opened.size(), 4u);
   EXPECT_EQ(seam.opened[0].rfind("http", 0), 0u);
   EXPECT_EQ(seam.opened[1].rfind("mailto:", 0), 0u);
   EXPECT_EQ(seam.opened[2], seam.opened[0] + "/themes.htm");
-  m->OnCommand(IDC_HELPBTN);
-  ASSERT_EQ(seam.opened.size(), 4u);
   EXPECT_NE(seam.opened[3].find("\\help\\index.html"), std::string::npos);
+  ASSERT_EQ(seam.abouts.size(), 1u);
+  EXPECT_EQ(seam.abouts[0].homePage, seam.opened[0]);
+  EXPECT_EQ(seam.abouts[0].mail, seam.opened[1]);
 
   // What's This?: the next click shows the help of the control under it, and only that click.
   m->OnCommand(IDM_HELP_WHATSTHIS);
@@ -221,20 +208,22 @@ TEST_F(MainWindow, ClosingWithPendingChangesAnsweredEachWay) {
     EXPECT_FALSE(Close(*m));
     ASSERT_EQ(seam.prompts.size(), 1u);
     EXPECT_EQ(seam.prompts[0].message, "Would you like to save your changes before closing?");
-    EXPECT_EQ(seam.prompts[0].buttons, (std::array<std::string, 3>{"&Cancel", "No", "Yes"}));
     EXPECT_TRUE(m->applyEnabled());
     // No: closes without applying anything.
     seam.promptAnswers.push_back({1, false});
     EXPECT_TRUE(Close(*m));
     EXPECT_EQ(Setting("Current Theme"), "Error");
   }
-  // OK with nothing pending closes without writing anything of Apply's.
+  // OK with nothing pending closes without writing anything of Apply's; a declined restart is reminded.
   {
     auto m = Open();
+    m->flags.restartLater = true;
     m->OnCommand(IDOK);
     ui::DoEvents();
     EXPECT_EQ(m->hwnd(), nullptr);
     EXPECT_EQ(Setting("Current Theme"), "Error");
+    EXPECT_EQ(seam.prompts.back().message,
+              "One or more of these changes you have made will only take effect the next time you start Windows.");
   }
   // Yes applies first (Apply records the empty current theme among its writes), then closes.
   auto m = Open();
@@ -245,14 +234,125 @@ TEST_F(MainWindow, ClosingWithPendingChangesAnsweredEachWay) {
   vx::Run(m->lastUndo().plan);  // every value Apply replaced goes back as it was
 }
 
-TEST_F(MainWindow, ADeclinedRestartIsRemindedOnClose) {
-  auto m = Open();
-  m->flags.restartLater = true;
-  ASSERT_TRUE(Close(*m));
-  ASSERT_EQ(seam.prompts.size(), 1u);
-  EXPECT_EQ(seam.prompts[0].message,
-            "One or more of these changes you have made will only take effect the next time you start Windows.");
-  EXPECT_EQ(seam.prompts[0].icon, "32516");
+class MainThemes : public vxtest::MainWindowTest {
+ protected:
+  MainThemes() {
+    char temp[MAX_PATH] = {};
+    folder = std::string(temp, GetTempPathA(MAX_PATH, temp)) + "vxmainthemes";
+    CreateDirectoryA(folder.c_str(), nullptr);
+    theme = folder + "\\Blue Sky.vxtheme";
+    DeleteFileA(theme.c_str());
+    WritePrivateProfileStringA("Folder Icons", "Closed Folder", "%WinSysDir%shell32.dll,7", theme.c_str());
+    WritePrivateProfileStringA("Pointers", "Busy", "%ThemeDir%busy.ani,0", theme.c_str());
+  }
+  ~MainThemes() override {
+    for (const char* name : {"\\Blue Sky.vxtheme", "\\Saved.vxtheme"}) DeleteFileA((folder + name).c_str());
+    RemoveDirectoryA(folder.c_str());
+  }
+  void CloseWithoutSaving(vx::Main& m) {
+    seam.promptAnswers.push_back({1, false});  // "No" to saving the pending changes
+    Close(m);
+  }
+
+  std::string folder, theme;
+};
+
+TEST_F(MainThemes, CommandLineThemeIsPendingWhenTheWindowAppears) {
+  const std::string stored = modRegistry::GetString(vx::kShellIconsKey, "3");
+  for (const std::string& commandLine : {theme, "\"" + theme + "\"", "/A " + theme}) {
+    SCOPED_TRACE(commandLine);
+    seam.prompts.clear();
+    auto m = Open(commandLine);
+    const vx::Environment& env = m->environment();
+    EXPECT_TRUE(IsWindowVisible(m->hwnd()));
+    EXPECT_TRUE(m->applyEnabled());
+    EXPECT_TRUE(m->flags.rebuildCachePending);
+    EXPECT_FALSE(m->flags.autoApplyMode);
+    EXPECT_EQ(m->List(vx::kTabFolders)->ItemFullPath("Closed Folder"), env.systemFolder + "\\shell32.dll,7");
+    EXPECT_EQ(m->List(vx::kTabPointers)->ItemFullPath("Busy"), folder + "\\busy.ani,0");
+    EXPECT_EQ(ui::GetText(m->hwnd()), "Blue Sky - Vexillor");
+    EXPECT_EQ(m->currentThemePath(), theme);
+    EXPECT_EQ(modRegistry::GetString(vx::kSettingsKey, "Current Theme"), theme);
+    // Start-up then records the command-line text itself, which only a plain path leaves first.
+    if (commandLine == theme) { EXPECT_EQ(modRegistry::GetString(vx::kThemesKey, "1"), theme); }
+    // Nothing reached the system.
+    EXPECT_EQ(modRegistry::GetString(vx::kShellIconsKey, "3"), stored);
+    EXPECT_TRUE(seam.prompts.empty()) << seam.prompts.front().message;
+    CloseWithoutSaving(*m);
+    EXPECT_EQ(m->hwnd(), nullptr);
+  }
+}
+
+TEST_F(MainThemes, SaveAsThenSaveWriteTheLists) {
+  auto m = Open(theme);
+  const vx::Environment& env = m->environment();
+  const std::string saved = folder + "\\Saved";
+  seam.files = {saved};
+  m->OnCommand(IDM_FILE_SAVEAS);
+  ASSERT_EQ(seam.fileDialogs.size(), 1u);
+  EXPECT_EQ(m->currentThemePath(), saved + ".vxtheme");
+  auto entry = [&](const char* section, const char* key) {
+    char value[128] = {};
+    GetPrivateProfileStringA(section, key, "", value, sizeof value, (saved + ".vxtheme").c_str());
+    return std::string(value);
+  };
+  EXPECT_EQ(entry("Folder Icons", "Closed Folder"), "%WinSysDir%shell32.dll,7");
+
+  // Save asks before writing over the current theme.
+  m->List(vx::kTabFolders)->Change("Closed Folder", env.systemFolder + "\\shell32.dll", 9);
+  seam.promptAnswers = {{2, true}};
+  m->OnCommand(IDM_FILE_SAVE);
+  EXPECT_EQ(seam.prompts.size(), 1u);
+  EXPECT_EQ(entry("Folder Icons", "Closed Folder"), "%WinSysDir%shell32.dll,9");
+  EXPECT_EQ(seam.fileDialogs.size(), 1u);
+  CloseWithoutSaving(*m);
+}
+
+TEST(PathNames, FileNameAndTitle) {
+  const struct { const char *path, *name, *title; } cases[] = {
+      {"C:\\Themes\\Blue.Dark.vxtheme", "Blue.Dark.vxtheme", "Blue"},
+      {"C:Blue.vxtheme", "Blue.vxtheme", "Blue"},
+      {"Blue.vxtheme", "Blue.vxtheme", "Blue"},
+      {"C:\\Themes\\", "", ""},
+      {"", "", ""},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(vx::GetFileName(c.path), c.name) << c.path;
+    EXPECT_EQ(vx::FileTitle(c.path), c.title) << c.path;
+  }
+}
+
+TEST_F(MainWindow, RecentThemesShiftingDuplicatesAndTheUnchangedNewest) {
+  auto slots = [] {  // the four slots in the registry, in order
+    std::string all;
+    for (const char* n : {"1", "2", "3", "4"}) all += modRegistry::GetString(vx::kThemesKey, n) + "|";
+    return all;
+  };
+  vx::RecentMenu menu;
+  vx::RecentThemes("", menu);
+  EXPECT_FALSE(menu.separator);
+  EXPECT_EQ(menu.visible, (std::array<bool, 4>{}));
+
+  for (const char* p : {"C:\\t\\A.vxtheme", "C:\\t\\B.vxtheme", "C:\\t\\C.vxtheme"}) vx::RecentThemes(p, menu);
+  EXPECT_EQ(slots(), "C:\\t\\C.vxtheme|C:\\t\\B.vxtheme|C:\\t\\A.vxtheme|Error|");
+  EXPECT_TRUE(menu.separator);
+  EXPECT_EQ(menu.captions[0], "C.vxtheme");
+  EXPECT_EQ(menu.captions[2], "A.vxtheme");
+  EXPECT_FALSE(menu.visible[3]);
+  // The newest again: nothing moves.
+  vx::RecentThemes("C:\\t\\C.vxtheme", menu);
+  EXPECT_EQ(slots(), "C:\\t\\C.vxtheme|C:\\t\\B.vxtheme|C:\\t\\A.vxtheme|Error|");
+  // The second newest goes first and stays in slot 3 as well.
+  vx::RecentThemes("C:\\t\\B.vxtheme", menu);
+  EXPECT_EQ(slots(), "C:\\t\\B.vxtheme|C:\\t\\C.vxtheme|C:\\t\\B.vxtheme|C:\\t\\A.vxtheme|");
+  EXPECT_EQ(menu.captions, (std::array<std::string, 4>{"B.vxtheme", "C.vxtheme", "B.vxtheme", "A.vxtheme"}));
+  // Reading back in a new run shows the same, and a slot that is not a path stays hidden.
+  modRegistry::SaveString(vx::kThemesKey, "3", "not a path");
+  vx::RecentMenu fresh;
+  vx::RecentThemes("", fresh);
+  EXPECT_TRUE(fresh.separator);
+  EXPECT_EQ(fresh.visible, (std::array<bool, 4>{true, true, false, true}));
+  EXPECT_EQ(fresh.captions[3], "A.vxtheme");
 }
 
 }  // namespace

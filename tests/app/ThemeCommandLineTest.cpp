@@ -1,47 +1,33 @@
-// The real program started as a logon script or a fleet tool starts it: "/a" applies a theme and ends,
-// "/q" does it without a single window and says in its exit code and log what happened.
+// The real program started as a logon script starts it: "/a", "/q", "/q /undo" and "/q /n THEME", with
+// their exit codes and log.
 #include <gtest/gtest.h>
 #include <windows.h>
 
 #include <fstream>
+#include <iterator>
 
+#include "MainWindowFixture.h"
 #include "app/CommandLine.h"
+#include "apply/Journal.h"
 #include "registry/modRegistry.h"
+#include "resource.h"
 #include "support/KeySnapshot.h"
 #include "support/RealProgram.h"
-#include "support/RegistryScope.h"
 
 namespace {
 
-constexpr const char* kMetricsKey = "HKEY_CURRENT_USER\\Control Panel\\desktop\\WindowMetrics";
-
-std::vector<std::string> LogLines(const std::string& path) {
-  std::ifstream in(path);
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
-}
-
-size_t Count(const std::vector<std::string>& lines, const std::string& part) {
-  size_t n = 0;
-  for (const auto& l : lines) n += l.find(part) != std::string::npos;
-  return n;
-}
-
-class ThemeCommandLine : public ::testing::Test {
+class ThemeCommandLine : public vxtest::MainWindowTest {
  protected:
-  ThemeCommandLine() : env(vx::DetectEnvironment()), saved(Keys(env)) {
+  ThemeCommandLine() {
     char temp[MAX_PATH] = {};
-    GetTempPathA(MAX_PATH, temp);
-    theme = std::string(temp) + "vx command line.vxtheme";
-    log = vx::DefaultLogPath();
+    theme = std::string(temp, GetTempPathA(MAX_PATH, temp)) + "vx command line.vxtheme";
     DeleteFileA(log.c_str());
+    DeleteFileA(vx::JournalPath().c_str());
     // The rebuild notice is switched off as a user would, so the plain "/a" runs need no answer.
     modRegistry::SaveDword(vx::kSettingsKey, "Dialog Rebuild", 1);
   }
   ~ThemeCommandLine() override {
-    DeleteFileA(theme.c_str());
-    DeleteFileA(log.c_str());
+    for (const std::string& f : {theme, log, vx::JournalPath()}) DeleteFileA(f.c_str());
   }
   void WriteTheme(const std::vector<std::pair<std::string, std::string>>& entries) {
     DeleteFileA(theme.c_str());
@@ -50,41 +36,40 @@ class ThemeCommandLine : public ::testing::Test {
                                  theme.c_str());
     WritePrivateProfileStringA(nullptr, nullptr, nullptr, theme.c_str());
   }
-  // Every key an Apply of this machine's lists writes, so the test can put all of it back.
-  static std::vector<std::string> Keys(const vx::Environment& env) {
-    std::vector<std::string> keys = vxtest::KeysOf(vxtest::PlanOfListsApply(env));
-    keys.insert(keys.end(), {vx::kShellIconsKey, vx::kCursorsKey, kMetricsKey});
-    return keys;
+  static DWORD Run(const std::string& arguments) {
+    DWORD exitCode = 999;
+    EXPECT_TRUE(vxtest::RealProgram(arguments).Ended(60000, &exitCode)) << arguments << " left a window open";
+    return exitCode;
   }
-  std::string Override(const char* number) { return modRegistry::GetString(vx::kShellIconsKey, number); }
+  std::string Log() const {
+    std::ifstream in(log);
+    return {std::istreambuf_iterator<char>(in), {}};
+  }
+  static std::string Override(const char* number) { return modRegistry::GetString(vx::kShellIconsKey, number); }
 
-  const vx::Environment env;
-  vxtest::KeySnapshot saved;
-  vxtest::RegistryScope prefs{{vxtest::kProgramKey}};
-  std::string theme, log;
+  const vx::Environment env = vx::DetectEnvironment();
+  // Every key an Apply of this machine's lists writes, so the test can put all of it back.
+  vxtest::KeySnapshot saved{vxtest::KeysOf(vxtest::PlanOfListsApply(env))}, metrics{{vx::kWindowMetricsKey}};
+  std::string theme, log = vx::DefaultLogPath();
 };
 
-TEST_F(ThemeCommandLine, ApplySwitchAppliesAndEnds) {
-  modRegistry::SaveString(vx::kShellIconsKey, "3", env.systemFolder + "\\shell32.dll,3");
-  WriteTheme({{"Closed Folder", "%WinSysDir%shell32.dll,7"}, {"Open Folder", "%WinSysDir%shell32.dll,8"}});
-  DWORD exitCode = 1;
-  ASSERT_TRUE(vxtest::RealProgram("/a " + theme).Ended(60000, &exitCode)) << "the program did not end";
-  EXPECT_EQ(exitCode, 0u);
-  EXPECT_EQ(Override("3"), env.systemFolder + "\\shell32.dll,7");
-  EXPECT_EQ(Override("4"), env.systemFolder + "\\shell32.dll,8");
-  EXPECT_EQ(modRegistry::GetString(vx::kSettingsKey, "Current Theme"), theme);
-  EXPECT_TRUE(LogLines(log).empty());  // only a quiet run keeps a log
+size_t Count(const std::string& log, const std::string& part) {
+  size_t n = 0;
+  for (size_t at = log.find(part); at != std::string::npos; at = log.find(part, at + 1)) ++n;
+  return n;
 }
 
-TEST_F(ThemeCommandLine, QuietRunsSayWhatHappened) {
+TEST_F(ThemeCommandLine, ApplyAndQuietRunsSayWhatHappened) {
   const struct {
     const char* name;
     std::vector<std::pair<std::string, std::string>> entries;
     std::string arguments;
     DWORD exitCode;
     const char* closedFolder;  // "3" afterwards, "" when unchanged
-    const char* logged;
+    const char* logged;        // nullptr: no log at all
   } cases[] = {
+      {"plain /a", {{"Closed Folder", "%WinSysDir%shell32.dll,7"}, {"Open Folder", "%WinSysDir%shell32.dll,8"}},
+       "/a ", 0, "shell32.dll,7", nullptr},
       {"applied", {{"Closed Folder", "%WinSysDir%shell32.dll,9"}}, "/q /a ", vx::kExitOk, "shell32.dll,9",
        "write: set string"},
       {"refused", {{"Closed Folder", "%WinSysDir%shell32.dll,10"}, {"Busy", "\\\\evil\\share\\busy.ani,0"}},
@@ -95,23 +80,48 @@ TEST_F(ThemeCommandLine, QuietRunsSayWhatHappened) {
       {"no theme", {}, "/q", vx::kExitThemeNotOpened, "", "no theme given"},
   };
   for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
     const std::string before = env.systemFolder + "\\shell32.dll,3";
     modRegistry::SaveString(vx::kShellIconsKey, "3", before);
     DeleteFileA(log.c_str());
     WriteTheme(c.entries);
-    DWORD exitCode = 99;
-    vxtest::RealProgram run(c.entries.empty() ? c.arguments : c.arguments + "\"" + theme + "\"");
-    ASSERT_TRUE(run.Ended(60000, &exitCode)) << c.name << ": a quiet run left a window open";
-    EXPECT_EQ(exitCode, c.exitCode) << c.name;
-    EXPECT_EQ(Override("3"), *c.closedFolder ? env.systemFolder + "\\" + c.closedFolder : before) << c.name;
-    const auto lines = LogLines(log);
-    EXPECT_GE(Count(lines, c.logged), 1u) << c.name;
-    EXPECT_EQ(Count(lines, "write: ") > 0, *c.closedFolder != 0) << c.name;
+    EXPECT_EQ(Run(c.entries.empty() ? c.arguments : c.arguments + "\"" + theme + "\""), c.exitCode);
+    EXPECT_EQ(Override("3"), *c.closedFolder ? env.systemFolder + "\\" + c.closedFolder : before);
+    const std::string lines = Log();
+    if (!c.logged) {
+      EXPECT_EQ(Override("4"), env.systemFolder + "\\shell32.dll,8");
+      EXPECT_EQ(modRegistry::GetString(vx::kSettingsKey, "Current Theme"), theme);
+      EXPECT_EQ(lines, "");  // only a quiet run keeps a log
+      continue;
+    }
+    EXPECT_GE(Count(lines, c.logged), 1u);
+    EXPECT_EQ(Count(lines, "write: ") > 0, *c.closedFolder != 0);
     EXPECT_EQ(Count(lines, "finished; exit code " + std::to_string(c.exitCode)) +
-                  Count(lines, "no theme given; exit code"),
-              1u)
-        << c.name;
+                  Count(lines, "no theme given; exit code"), 1u);
   }
+}
+
+TEST_F(ThemeCommandLine, QuietUndoTakesTheLastApplyBackAndQuietReviewWritesNothing) {
+  EXPECT_EQ(Run("/q /undo"), static_cast<DWORD>(vx::kExitNothingToUndo));
+  modRegistry::SaveString(vx::kShellIconsKey, "3", "C:\\before.dll,2");
+  {
+    auto m = Open();
+    m->SelectTab(vx::kTabFolders);
+    m->OnCommand(IDC_DEFAULT);  // Closed Folder back to its default
+    m->OnCommand(IDC_APPLY);
+    ASSERT_TRUE(m->lastApply().ok());
+  }
+  const std::string applied = Override("3");
+  ASSERT_NE(applied, "C:\\before.dll,2");
+  EXPECT_EQ(Run("/q /undo"), 0u);
+  EXPECT_EQ(Override("3"), "C:\\before.dll,2");
+  EXPECT_EQ(Run("/q /undo"), 0u);  // the undo taken back: the Apply again
+  EXPECT_EQ(Override("3"), applied);
+  // A theme reviewed: its change listed in the log, nothing written.
+  WriteTheme({{"Closed Folder", "C:\\review.dll,4"}});
+  EXPECT_EQ(Run("/q /n \"" + theme + "\""), 0u);
+  EXPECT_EQ(Override("3"), applied);
+  EXPECT_NE(Log().find("Closed Folder icon): \"" + applied + "\" -> \"C:\\review.dll,4\""), std::string::npos) << Log();
 }
 
 }  // namespace

@@ -1,10 +1,9 @@
-// Undo Last Apply restores exactly and a second undo redoes; Review Changes lists what Apply then writes;
-// a write the system refuses is named in one prompt.
+// Undo Last Apply and Review Changes; Apply when the system refuses a write or a step fails.
 #include <gtest/gtest.h>
 #include <windows.h>
-#include <aclapi.h>
+#include <sddl.h>
 
-#include <set>
+#include <stdexcept>
 
 #include "MainWindowFixture.h"
 #include "apply/Journal.h"
@@ -15,37 +14,16 @@
 #include "settings/SettingsFixture.h"
 #include "settings/SettingsTree.h"
 #include "support/KeySnapshot.h"
+#include "support/RealProgram.h"
 
 namespace {
 
 using vx::Main;
 
-// Every key an Apply of the window's lists touches, with everything in it (a missing key as such).
-struct Touched {
-  std::vector<std::string> keys;
-  explicit Touched(const vx::Plan& plan) {
-    std::set<std::string> seen{vx::kWindowMetricsKey};  // the cache rebuild writes the icon size
-    for (const vx::Step& s : plan)
-      if (s.key.rfind("HKEY_", 0) == 0) seen.insert(s.key);
-    keys.assign(seen.begin(), seen.end());
-  }
-  std::vector<std::string> State() const {
-    std::vector<std::string> v;
-    for (const std::string& k : keys) {
-      modRegistry::KeyTree t;
-      v.push_back(k + (modRegistry::ReadTree(k, t) ? " = " + vx::EncodeKeyTree(t) : " missing"));
-    }
-    return v;
-  }
-};
-
 class Undo : public vxtest::MainWindowTest {
  protected:
   void SetUp() override { DeleteFileA(vx::JournalPath().c_str()); }
   void TearDown() override { DeleteFileA(vx::JournalPath().c_str()); }
-  static vx::Plan PlanOf(Main& m) {
-    return vx::BuildIconApplyPlan(m.environment(), m.Catalogue(), vx::ListBoxValues(m.Lists()), {});
-  }
   // Default Icon on the first row of every icon tab, and a new name for the Recycle Bin.
   void EditEveryTab(Main& m) {
     for (int tab : {vx::kTabDesktop, vx::kTabStart, vx::kTabFolders, vx::kTabDrives, vx::kTabOthers, vx::kTabSystem,
@@ -61,9 +39,9 @@ class Undo : public vxtest::MainWindowTest {
   }
 };
 
-// Settings toggled and icons changed on every tab: keys, values, folders and system parameters come
-// back exactly, and a second undo redoes the Apply.
-TEST_F(Undo, SettingsAndIconsComeBackTogetherAndASecondUndoRedoes) {
+// Settings toggled and icons changed on every tab: Review lists exactly what Apply then writes; keys,
+// values, folders and system parameters come back exactly on undo, and a second undo redoes the Apply.
+TEST_F(Undo, ReviewThenApplyThenSettingsAndIconsComeBackTogetherAndASecondUndoRedoes) {
   vxtest::SettingsScope settings;
   modRegistry::SaveDword(vx::kSettingsKey, "Dialog Rebuild", 1);
   auto m = Open();
@@ -83,13 +61,14 @@ TEST_F(Undo, SettingsAndIconsComeBackTogetherAndASecondUndoRedoes) {
   const vx::IconLists lists = m->Lists();
   const vx::ListBoxValues values(lists);
   const vx::Plan plan = vx::BuildApplyPlan(m->MakeApplyInput(values), m->flags);
-  const Touched touched(plan);
-  vxtest::KeySnapshot snapshot(touched.keys);
+  std::vector<std::string> touched = vxtest::KeysOf(plan);
+  touched.push_back(vx::kWindowMetricsKey);  // the cache rebuild writes the icon size
+  vxtest::KeySnapshot snapshot(touched);
   // Values of other types and absent values must come back as they were, not as Apply writes them.
   vxtest::WriteRaw(vx::kShellIconsKey, "3", REG_EXPAND_SZ, std::string("%SystemRoot%\\x.dll,1", 21));
   modRegistry::DeleteValue(vx::kCursorsKey, "Arrow");
   auto state = [&] {
-    std::vector<std::string> v = touched.State();
+    std::vector<std::string> v = vxtest::KeysNow(touched);
     v.push_back(GetFileAttributesA(settings.Cascade(panel).c_str()) == INVALID_FILE_ATTRIBUTES ? "no folder" : "folder");
     BOOL smoothing = FALSE;
     SystemParametersInfoA(SPI_GETFONTSMOOTHING, 0, &smoothing, 0);
@@ -97,8 +76,28 @@ TEST_F(Undo, SettingsAndIconsComeBackTogetherAndASecondUndoRedoes) {
     return v;
   };
   const auto before = state();
+  m->OnCommand(IDM_TOOLS_REVIEW);
+  ASSERT_EQ(seam.reviews.size(), 1u);
+  EXPECT_EQ(state(), before);  // the review writes nothing
+
+  std::vector<ui::ReviewRow> written;
+  vx::SetStepHook([&](const vx::Step& s, size_t) {
+    const vx::PreviewLine line = vx::PreviewOf(s);
+    if (s.kind != vx::StepKind::Broadcast && !(s.kind == vx::StepKind::SystemParameter && s.action == SPI_SETCURSORS))
+      written.push_back({line.change, line.where, "", line.after});
+  });
   m->OnCommand(IDC_APPLY);
+  vx::SetStepHook(nullptr);
   ASSERT_TRUE(m->lastApply().ok()) << vx::Describe(m->lastApply().failures[0].step);
+  std::vector<ui::ReviewRow> reviewed = seam.reviews[0].rows;
+  for (auto& r : reviewed) r.now.clear();
+  ASSERT_EQ(reviewed.size(), written.size());
+  for (size_t i = 0; i < reviewed.size(); ++i)
+    EXPECT_EQ(reviewed[i], written[i]) << i << " " << reviewed[i].where << " | " << written[i].where;
+  // And "now" was the value then: the Closed Folder override as it stood before Apply.
+  for (const auto& r : seam.reviews[0].rows)
+    EXPECT_TRUE(r.change != "Closed Folder icon" || r.now != r.after) << r.now;
+
   const auto applied = state();
   EXPECT_NE(applied, before);
   EXPECT_EQ(modRegistry::GetString(m->environment().recycleBinKey, ""), "Wastebasket");
@@ -113,54 +112,15 @@ TEST_F(Undo, SettingsAndIconsComeBackTogetherAndASecondUndoRedoes) {
   EXPECT_EQ(state(), before);
 }
 
-TEST_F(Undo, ReviewListsExactlyWhatApplyThenWrites) {
-  auto m = Open();
-  vxtest::KeySnapshot snapshot(Touched(PlanOf(*m)).keys);
-  EditEveryTab(*m);
-  const Touched touched(PlanOf(*m));
-  const auto before = touched.State();
-  m->OnCommand(IDM_TOOLS_REVIEW);
-  ASSERT_EQ(seam.reviews.size(), 1u);
-  EXPECT_EQ(touched.State(), before);  // the review writes nothing
-
-  std::vector<ui::ReviewRow> written;
-  vx::SetStepHook([&](const vx::Step& s, size_t) {
-    const vx::PreviewLine line = vx::PreviewOf(s);
-    if (s.kind != vx::StepKind::Broadcast && !(s.kind == vx::StepKind::SystemParameter && s.action == SPI_SETCURSORS))
-      written.push_back({line.change, line.where, "", line.after});
-  });
-  m->OnCommand(IDC_APPLY);
-  vx::SetStepHook(nullptr);
-  std::vector<ui::ReviewRow> reviewed = seam.reviews[0].rows;
-  for (auto& r : reviewed) r.now.clear();
-  ASSERT_EQ(reviewed.size(), written.size());
-  for (size_t i = 0; i < reviewed.size(); ++i)
-    EXPECT_EQ(reviewed[i], written[i]) << i << " " << reviewed[i].where << " | " << written[i].where;
-  EXPECT_GT(written.size(), 60u);
-  // And "now" was the value then: the Closed Folder override as it stood before Apply.
-  for (const auto& r : seam.reviews[0].rows)
-    EXPECT_TRUE(r.change != "Closed Folder icon" || r.now != r.after) << r.now;
-}
-
-// Locked: everyone may read the key and nobody write it; unlocked: no DACL, anyone may do anything.
+// Locked: everyone may read the key and nobody write it; unlocked: everyone may do anything.
 void Lock(const std::string& path, bool locked) {
-  std::string sub = path;
-  HKEY root = modRegistry::SplitKeyPath(sub);
-  HKEY key = nullptr;
-  if (RegCreateKeyA(root, sub.c_str(), &key) != ERROR_SUCCESS) return;
-  EXPLICIT_ACCESSA ea{};
-  ea.grfAccessPermissions = KEY_READ;
-  ea.grfAccessMode = SET_ACCESS;
-  ea.Trustee.TrusteeForm = TRUSTEE_IS_NAME;
-  ea.Trustee.ptstrName = const_cast<char*>("EVERYONE");
-  PACL acl = nullptr;
-  if (locked) SetEntriesInAclA(1, &ea, nullptr, &acl);
-  SECURITY_DESCRIPTOR sd;
-  InitializeSecurityDescriptor(&sd, SECURITY_DESCRIPTOR_REVISION);
-  SetSecurityDescriptorDacl(&sd, TRUE, acl, FALSE);
-  RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, &sd);
-  if (acl) LocalFree(acl);
-  RegCloseKey(key);
+  PSECURITY_DESCRIPTOR sd = nullptr;
+  HKEY key = vxtest::OpenKey(path, true);
+  if (key && ConvertStringSecurityDescriptorToSecurityDescriptorA(locked ? "D:(A;;KR;;;WD)" : "D:(A;;KA;;;WD)",
+                                                                  SDDL_REVISION_1, &sd, nullptr))
+    RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, sd);
+  if (sd) LocalFree(sd);
+  if (key) RegCloseKey(key);
 }
 
 TEST_F(Undo, ARefusedWriteIsNamedAndApplyAndTheJournalStayConsistent) {
@@ -170,7 +130,9 @@ TEST_F(Undo, ARefusedWriteIsNamedAndApplyAndTheJournalStayConsistent) {
   vxtest::RegistryScope scope{{locked}};
   for (const std::string& k : {locked + "\\DefaultIcon", locked}) Lock(k, true);
   auto m = Open("", env);
-  vxtest::KeySnapshot snapshot(Touched(PlanOf(*m)).keys);
+  vxtest::KeySnapshot snapshot(
+      vxtest::KeysOf(vx::BuildIconApplyPlan(m->environment(), m->Catalogue(), vx::ListBoxValues(m->Lists()), {}))),
+      metrics({vx::kWindowMetricsKey});
   m->OnCommand(IDC_DEFAULT);  // the Desktop tab's first row: My Computer
   seam.promptAnswers.push_back({1, false});  // the rebuild notice's OK
   m->OnCommand(IDC_APPLY);
@@ -191,6 +153,56 @@ TEST_F(Undo, ARefusedWriteIsNamedAndApplyAndTheJournalStayConsistent) {
   EXPECT_EQ(std::count(journal->done.begin(), journal->done.end(), true),
             static_cast<long>(journal->plan.size()));
   m->OnCommand(IDM_TOOLS_UNDO);
+}
+
+TEST_F(Undo, AFailingStepKeepsApplyEnabledIsReportedAndItsPredecessorsCanBeUndone) {
+  auto window = Open();
+  vx::Main& m = *window;
+
+  // Every key the run may write, put back whatever happens; and the state of each beforehand.
+  const std::vector<std::string> keys =
+      vxtest::KeysOf(vx::BuildIconApplyPlan(m.environment(), m.Catalogue(), vx::ListBoxValues(m.Lists()), {}));
+  vxtest::KeySnapshot snapshot(keys), metrics({vx::kWindowMetricsKey});
+  auto state = [&] { return vxtest::KeysNow(keys); };
+  const auto before = state();
+
+  // An edit on the Folders tab, then Apply with the first pointer write failing.
+  m.SelectTab(vx::kTabFolders);
+  m.OnCommand(IDC_DEFAULT);
+  ASSERT_TRUE(m.applyEnabled());
+  vx::SetStepHook([](const vx::Step& s, size_t) {
+    if (s.key == vx::kCursorsKey) throw std::runtime_error("the disk is full");
+  });
+  m.OnCommand(IDC_APPLY);
+  vx::SetStepHook(nullptr);
+
+  EXPECT_TRUE(m.applyEnabled());
+  EXPECT_TRUE(m.flags.rebuildCachePending);  // the rebuild did not run: the next Apply does it
+  const vx::ApplyResult& result = m.lastApply();
+  EXPECT_TRUE(result.stopped);
+  ASSERT_EQ(result.failures.size(), 1u);
+  EXPECT_EQ(result.failures[0].step.key, vx::kCursorsKey);
+  ASSERT_EQ(seam.prompts.size(), 1u);  // no rebuild notice, just the report
+  // In the user's words: the pointer it stopped at, and why.
+  EXPECT_EQ(seam.prompts[0].message.find("Vexillor could not finish applying your changes. It stopped at:\n\n"
+                                         "Normal Select pointer (the disk is full)\n\n"),
+            0u)
+      << seam.prompts[0].message;
+
+  // The steps before it wrote (the folder's restored icon among them), the ones after did not.
+  const vx::IconItem* closed = vx::FindItem(m.Catalogue(), vx::kTabFolders, vx::kClosedFolderKey);
+  EXPECT_EQ(modRegistry::GetString(vx::kShellIconsKey, "3"),
+            closed->defaultFile + "," + std::to_string(closed->defaultIndex));
+  EXPECT_NE(state(), before);
+  vx::Run(m.lastUndo().plan);
+  EXPECT_EQ(state(), before);
+
+  // Pressed again, Apply goes through and is disabled.
+  seam.promptAnswers.push_back({1, false});  // the rebuild notice's OK
+  m.OnCommand(IDC_APPLY);
+  EXPECT_FALSE(m.applyEnabled());
+  EXPECT_TRUE(m.lastApply().ok());
+  m.flags = {};
 }
 
 }  // namespace

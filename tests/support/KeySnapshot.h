@@ -1,28 +1,30 @@
 #pragma once
-// Takes a whole registry key tree (values with their types and data, subkeys) and puts it back
-// exactly as it was when the snapshot ends, so a test may let the program write to keys that the
-// system itself owns (class keys, the shell's icon overrides) and leave no trace.
+// Whole key trees, put back exactly when the snapshot ends: tests may let the program write to keys
+// the system owns (class keys, the shell's icon overrides) and leave no trace.
 #include <windows.h>
 
-#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "registry/modRegistry.h"
 
 namespace vxtest {
 
 class KeySnapshot {
  public:
   explicit KeySnapshot(std::vector<std::string> keyPaths);
-  ~KeySnapshot();
+  ~KeySnapshot() { Restore(); }
   KeySnapshot(const KeySnapshot&) = delete;
   KeySnapshot& operator=(const KeySnapshot&) = delete;
   void Restore();
 
-  struct Node;
-
  private:
   std::vector<std::string> paths_;
-  std::vector<std::unique_ptr<Node>> nodes_;  // null where the key did not exist
+  std::vector<std::optional<modRegistry::KeyTree>> trees_;  // empty where the key did not exist
 };
+
+// Each key with everything in it, encoded ("missing" for a key that is not there), to compare states.
+std::vector<std::string> KeysNow(const std::vector<std::string>& keyPaths);
 
 }  // namespace vxtest

@@ -5,15 +5,18 @@
 
 #include "icons/Catalogue.h"
 #include "icons/IconApply.h"
+#include "registry/modRegistry.h"
+#include "resource.h"
+#include "support/RegistryScope.h"
 #include "ui/ListBoxIcons.h"
 #include "ui/win.h"
 
 namespace vxtest {
 
-RealProgram::RealProgram(const std::string& arguments) {
+RealProgram::RealProgram(const std::string& arguments, const std::string& exe) {
   const std::string self = ui::ModulePath();
   std::string cmd(1, '"');  // built by appending: GCC 12 warns falsely on "\"" + string
-  cmd += self.substr(0, self.rfind('\\')) + "\\..\\vexillor.exe\"";
+  cmd += (exe.empty() ? self.substr(0, self.rfind('\\')) + "\\..\\vexillor.exe" : exe) + "\"";
   if (!arguments.empty()) cmd += " " + arguments;
   STARTUPINFOA si{};
   si.cb = sizeof si;
@@ -62,6 +65,32 @@ HWND RealProgram::Window(const char* className, int ms) const {
   return f.found;
 }
 
+HWND RealProgram::Main() const {
+  HWND main = Window("VexillorMain");
+  WaitForInputIdle(pi_.hProcess, 10000);
+  return main;
+}
+
+bool RealProgram::Close() {
+  PostMessageA(Main(), WM_CLOSE, 0, 0);
+  return Ended(15000);
+}
+
+std::vector<std::string> RealProgram::ApplyAndAnswer() {
+  std::vector<std::string> asked;
+  HWND apply = GetDlgItem(Main(), IDC_APPLY);
+  PostMessageA(apply, BM_CLICK, 0, 0);
+  for (int waited = 0; waited < 30000 && IsWindowEnabled(apply); waited += 100) {
+    if (HWND prompt = Window("#32770", 0)) {
+      asked.push_back(DialogText(prompt));
+      Press(prompt, ChildWithText(prompt, "No") ? "No" : "OK");
+    } else {
+      Sleep(100);
+    }
+  }
+  return asked;
+}
+
 bool WaitUntil(const std::function<bool()>& done, int ms) {
   for (int waited = 0;; waited += 20) {
     if (done()) return true;
@@ -76,8 +105,18 @@ HWND ChildWithText(HWND parent, const std::string& text) {
   return nullptr;
 }
 
+std::string DialogText(HWND dialog) {
+  std::string all;
+  for (HWND c = GetWindow(dialog, GW_CHILD); c; c = GetWindow(c, GW_HWNDNEXT)) all += ui::GetText(c) + "\n";
+  return all;
+}
+
+bool Press(HWND prompt, const std::string& caption) {
+  return ClickButton(prompt, caption) && WaitUntil([&] { return !IsWindow(prompt) || !IsWindowVisible(prompt); });
+}
+
 bool ClickButton(HWND dialog, const std::string& caption) {
-  HWND button = ChildWithText(dialog, caption);
+  const HWND button = ChildWithText(dialog, caption);
   return button && PostMessageA(button, BM_CLICK, 0, 0);
 }
 
@@ -105,6 +144,37 @@ std::vector<std::string> KeysOf(const vx::Plan& plan) {
   for (const vx::Step& s : plan)
     if (!s.key.empty()) keys.insert(s.key);
   return {keys.begin(), keys.end()};
+}
+
+std::map<std::string, std::string> RunProbe(const std::string& probe, const std::string& edition,
+                                            const char* section, int ms) {
+  char temp[MAX_PATH];
+  GetTempPathA(MAX_PATH, temp);
+  const std::string self = ui::ModulePath(), stem = probe.substr(0, probe.rfind('.'));
+  // Wine picks the edition by the file name, so each edition runs a copy of its own.
+  const std::string name = stem + "_" + (edition.empty() ? std::string("default") : edition) + ".exe";
+  const std::string copy = std::string(temp) + name, out = copy + ".ini";
+  CopyFileA((self.substr(0, self.rfind('\\') + 1) + probe).c_str(), copy.c_str(), FALSE);
+  const std::string appKey = "HKEY_CURRENT_USER\\Software\\Wine\\AppDefaults\\" + name;
+  DeleteTree(appKey);
+  if (!edition.empty()) modRegistry::SaveString(appKey, "Version", edition);
+  DeleteFileA(out.c_str());
+  std::string quoted(1, '"');
+  RealProgram(quoted + out + "\"", copy).Ended(ms);
+  // The section comes back as "name=value" strings, each ended by a NUL.
+  std::map<std::string, std::string> values;
+  std::string text(32768, '\0');
+  text.resize(GetPrivateProfileSectionA(section, text.data(), 32768, out.c_str()));
+  for (size_t start = 0, end; start < text.size(); start = end + 1) {
+    end = text.find('\0', start);
+    const std::string line = text.substr(start, end - start);
+    const auto eq = line.find('=');
+    if (eq != std::string::npos) values[line.substr(0, eq)] = line.substr(eq + 1);
+  }
+  DeleteFileA(out.c_str());
+  DeleteFileA(copy.c_str());
+  DeleteTree(appKey);
+  return values;
 }
 
 }  // namespace vxtest

@@ -12,20 +12,22 @@ void DeleteTree(const std::string& keyPath) {
   if (root && !sub.empty()) SHDeleteKeyA(root, sub.c_str());
 }
 
-bool KeyExists(const std::string& keyPath) {
+HKEY OpenKey(const std::string& keyPath, bool create) {
   std::string sub = keyPath;
-  HKEY root = modRegistry::SplitKeyPath(sub);
-  HKEY k = nullptr;
-  if (RegOpenKeyExA(root, sub.c_str(), 0, KEY_READ, &k) != ERROR_SUCCESS) return false;
-  RegCloseKey(k);
-  return true;
+  HKEY root = modRegistry::SplitKeyPath(sub), key = nullptr;
+  const LONG rc = create ? RegCreateKeyA(root, sub.c_str(), &key) : RegOpenKeyExA(root, sub.c_str(), 0, KEY_READ, &key);
+  return rc == ERROR_SUCCESS ? key : nullptr;
+}
+
+bool KeyExists(const std::string& keyPath) {
+  HKEY k = OpenKey(keyPath, false);
+  if (k) RegCloseKey(k);
+  return k != nullptr;
 }
 
 bool ReadRaw(const std::string& keyPath, const std::string& valueName, DWORD& type, std::string& bytes) {
-  std::string sub = keyPath;
-  HKEY root = modRegistry::SplitKeyPath(sub);
-  HKEY k = nullptr;
-  if (RegOpenKeyExA(root, sub.c_str(), 0, KEY_READ, &k) != ERROR_SUCCESS) return false;
+  HKEY k = OpenKey(keyPath, false);
+  if (!k) return false;
   DWORD size = 0;
   LONG rc = RegQueryValueExA(k, valueName.c_str(), nullptr, &type, nullptr, &size);
   if (rc == ERROR_SUCCESS) {
@@ -44,10 +46,8 @@ bool ValueExists(const std::string& keyPath, const std::string& valueName) {
 }
 
 void WriteRaw(const std::string& keyPath, const std::string& valueName, DWORD type, const std::string& bytes) {
-  std::string sub = keyPath;
-  HKEY root = modRegistry::SplitKeyPath(sub);
-  HKEY k = nullptr;
-  if (RegCreateKeyA(root, sub.c_str(), &k) != ERROR_SUCCESS) return;
+  HKEY k = OpenKey(keyPath, true);
+  if (!k) return;
   RegSetValueExA(k, valueName.c_str(), 0, type, reinterpret_cast<const BYTE*>(bytes.data()),
                  static_cast<DWORD>(bytes.size()));
   RegCloseKey(k);

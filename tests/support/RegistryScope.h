@@ -1,6 +1,5 @@
 #pragma once
-// Removes the registry keys a test touched (and everything below them) when the test ends, and
-// before it starts, so tests do not depend on their order.
+// Removes the keys a test touches (with everything below) before and after it, and raw registry access.
 #include <windows.h>
 
 #include <string>
@@ -10,13 +9,12 @@ namespace vxtest {
 
 // Deletes a key path ("HKEY_CURRENT_USER\...") with all its subkeys. Silent when it is missing.
 void DeleteTree(const std::string& keyPath);
-// True when the key exists.
+// The key opened for reading, or created; nullptr when that fails. The caller closes it.
+HKEY OpenKey(const std::string& keyPath, bool create);
 bool KeyExists(const std::string& keyPath);
-// True when the value exists (of any type).
 bool ValueExists(const std::string& keyPath, const std::string& valueName);
-// Raw type and bytes of a value; false when it is missing.
+// Raw type and bytes of a value (false when it is missing), and a raw write that creates the key.
 bool ReadRaw(const std::string& keyPath, const std::string& valueName, DWORD& type, std::string& bytes);
-// Writes a value of any type directly, creating the key.
 void WriteRaw(const std::string& keyPath, const std::string& valueName, DWORD type, const std::string& bytes);
 
 class RegistryScope {

@@ -1,6 +1,5 @@
 #pragma once
-// A seam that answers from a script and records what the program asked. Install it for the life of
-// a test with SeamScope.
+// A seam that answers from a script and records what the program asked; SeamScope installs it.
 #include <deque>
 #include <string>
 #include <vector>
@@ -43,14 +42,10 @@ class ScriptedSeam : public ui::Seam {
   bool ShowFileDialog(HWND, ui::FileDialog& d) override;
   struct Review { std::string heading; std::vector<ui::ReviewRow> rows; };
   std::vector<Review> reviews;
-  void ShowReview(HWND, const std::string& heading, const std::vector<ui::ReviewRow>& rows) override {
-    reviews.push_back({heading, rows});
-  }
+  void ShowReview(HWND, const std::string& h, const std::vector<ui::ReviewRow>& rows) override { reviews.push_back({h, rows}); }
   void ShellOpen(HWND, const std::string& target) override { opened.push_back(target); }
   void RunCommand(const std::string& c) override { commands.push_back(c); }
-  void OpenHelp(HWND, const std::string& f, unsigned c, const std::string& k) override {
-    helpCalls.push_back({f, c, k});
-  }
+  void OpenHelp(HWND, const std::string& f, unsigned c, const std::string& k) override { helpCalls.push_back({f, c, k}); }
   void RestartWindows(bool privilege) override { restarts.push_back(privilege); }
 };
 

@@ -1,51 +1,38 @@
 // Writes the environment the program determines at start-up to the profile file named on its command
-// line (section "environment"), so a test can run it under each emulated Windows edition in a process
-// of its own.
+// line (section "environment"), so a test can run it under each emulated Windows edition.
 #include <windows.h>
 
 #include <cstdio>
 #include <string>
+#include <utility>
 
 #include "system/Environment.h"
 
 int main(int argc, char** argv) {
   if (argc < 2) return 2;
   const vx::Environment e = vx::DetectEnvironment();
-  auto line = [&](const char* name, const std::string& value) {
-    WritePrivateProfileStringA("environment", name, value.c_str(), argv[1]);
-  };
   auto hex = [](const std::string& bytes) {
     std::string out;
     char b[4];
-    for (unsigned char c : bytes) {
-      std::snprintf(b, sizeof b, "%02X", c);
-      out += b;
-    }
+    for (unsigned char c : bytes) { std::snprintf(b, sizeof b, "%02X", c); out += b; }
     return out;
   };
-  line("editionCode", e.editionCode);
-  line("editionName", e.editionName);
-  line("windowsFolder", e.windowsFolder);
-  line("systemFolder", e.systemFolder);
-  line("binaryZero", hex(e.binaryZero));
-  line("binaryOne", hex(e.binaryOne));
-  line("ieVersion", e.ieVersion);
-  line("desktopUpdate", e.desktopUpdate ? "1" : "0");
-  line("myComputerKey", e.myComputerKey);
-  line("myDocumentsKey", e.myDocumentsKey);
-  line("networkNeighborhoodKey", e.networkNeighborhoodKey);
-  line("recycleBinKey", e.recycleBinKey);
-  line("internetKey", e.internetKey);
-  line("dialUpKey", e.dialUpKey);
-  line("mailKey", e.mailKey);
-  line("soundRecorder", e.soundRecorder);
-  line("mediaPlayer", e.mediaPlayer);
-  line("wordPad", e.wordPad);
-  line("paint", e.paint);
-  line("icons", std::to_string(e.textDocumentIcon) + " " + std::to_string(e.batchFileIcon) + " " +
-                    std::to_string(e.configSettingsIcon) + " " + std::to_string(e.usersProgramGroupIcon) + " " +
-                    std::to_string(e.controlPanelIcon) + " " + std::to_string(e.printersIcon));
-  line("dialUpDefault", e.dialUpDefaultFile + "," + std::to_string(e.dialUpDefaultIndex));
-  line("mailDefault", e.mailDefaultFile + "," + std::to_string(e.mailDefaultIndex));
+  auto n = [](int i) { return std::to_string(i); };
+  const std::pair<const char*, std::string> values[] = {
+      {"editionCode", e.editionCode}, {"editionName", e.editionName},
+      {"windowsFolder", e.windowsFolder}, {"systemFolder", e.systemFolder},
+      {"binaryZero", hex(e.binaryZero)}, {"binaryOne", hex(e.binaryOne)},
+      {"ieVersion", e.ieVersion}, {"desktopUpdate", e.desktopUpdate ? "1" : "0"},
+      {"myComputerKey", e.myComputerKey}, {"myDocumentsKey", e.myDocumentsKey},
+      {"networkNeighborhoodKey", e.networkNeighborhoodKey}, {"recycleBinKey", e.recycleBinKey},
+      {"internetKey", e.internetKey}, {"dialUpKey", e.dialUpKey}, {"mailKey", e.mailKey},
+      {"soundRecorder", e.soundRecorder}, {"mediaPlayer", e.mediaPlayer}, {"wordPad", e.wordPad},
+      {"paint", e.paint},
+      {"icons", n(e.textDocumentIcon) + " " + n(e.batchFileIcon) + " " + n(e.configSettingsIcon) + " " +
+                    n(e.usersProgramGroupIcon) + " " + n(e.controlPanelIcon) + " " + n(e.printersIcon)},
+      {"dialUpDefault", e.dialUpDefaultFile + "," + n(e.dialUpDefaultIndex)},
+      {"mailDefault", e.mailDefaultFile + "," + n(e.mailDefaultIndex)},
+  };
+  for (const auto& [name, value] : values) WritePrivateProfileStringA("environment", name, value.c_str(), argv[1]);
   return 0;
 }
