@@ -135,9 +135,8 @@ TEST(IconFont, TheProgramStartsToAnIdleWindowWithEachRecord) {
     vxtest::RegistryScope prefs({vxtest::kProgramKey});  // a first start: the Desktop tab
     IconFontScope scope(r.bytes, 0);
     vxtest::RealProgram program;
-    HWND main = program.Window("VexillorMain");
-    ASSERT_NE(main, nullptr) << "no window";
-    EXPECT_EQ(WaitForInputIdle(program.process(), 20000), 0u) << "never idle";
+    HWND main = program.Main();
+    ASSERT_NE(main, nullptr) << "no window, or never idle";
     DWORD_PTR answer = 0;
     EXPECT_NE(SendMessageTimeoutA(main, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, &answer), 0) << "busy";
     EXPECT_EQ(SendMessageA(GetDlgItem(main, IDC_TABSTRIP), TCM_GETITEMCOUNT, 0, 0), 9);
