@@ -148,8 +148,7 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
     parameters.push_back(Millis([&] { vx::Run(notifications); }));
   }
   vx::Run(undo.plan);
-  if (!hadPolicies) modRegistry::DeleteKey(
-      "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Policies", "Explorer");
+  if (!hadPolicies) modRegistry::DeleteTree(vx::kPoliciesKey);
   DestroyWindow(host);
 
   const double f = Median(fill), m = Median(model), br = Median(bareReads);
