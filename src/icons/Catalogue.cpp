@@ -1,4 +1,5 @@
 #include "icons/Catalogue.h"
+#include "system/Location.h"
 
 #include <windows.h>
 #include <shellapi.h>
@@ -131,6 +132,7 @@ std::vector<IconItem> BuildCatalogue(const Environment& env) {
 
 int IconCount(const std::string& file) {
   // With index -1 the shell returns the number of icons in the file instead of an icon.
+  QuietDriveErrors noDiskBox;
   HICON n = ExtractIconA(GetModuleHandleA(nullptr), file.c_str(), static_cast<UINT>(-1));
   return static_cast<int>(reinterpret_cast<UINT_PTR>(n));
 }

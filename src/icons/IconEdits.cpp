@@ -1,4 +1,5 @@
 #include "icons/IconEdits.h"
+#include "system/Location.h"
 
 #include "icons/FolderIcons.h"
 #include "registry/modCommon.h"
@@ -11,7 +12,7 @@ namespace {
 
 bool IsRecycleBin(const std::string& key) { return key == kRecycleEmptyKey || key == kRecycleFullKey; }
 
-bool SamePath(const std::string& a, const std::string& b) { return LowerAscii(a) == LowerAscii(b); }
+bool SamePath(const std::string& a, const std::string& b) { return SameFile(a, b); }
 
 struct Editing {
   std::string file;

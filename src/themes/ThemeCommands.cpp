@@ -52,21 +52,20 @@ void NotThemeMessage(const std::string& file) { modMsgbox::InvalidTheme(NameOf(f
 
 void ReportRefused(const std::string& file, const std::vector<Refusal>& refused) {
   if (refused.empty()) return;
-  // Every item by name, one line per category (a hostile file may name every item), and one value to
-  // show where they pointed.
+  // Every item by name with why, one line per category (a hostile file may name every item).
   std::string list;
   int tab = 0;
   for (const Refusal& r : refused) {
     if (r.tab != tab) list.append(list.empty() ? "" : "\n").append(ThemeSection(r.tab)).append(": ");
     else list.append(", ");
-    list.append(r.item);
+    list.append(r.item).append(" (").append(r.reason).append(")");
     tab = r.tab;
   }
   ui::PromptRequest r;
   r.message = "The theme " + NameOf(file) +
-              " names icons on the network or on a device. They were not loaded, because showing them "
-              "would connect to that place (for example " +
-              refused.front().value + "):\n\n" + list + "\n\nEvery other icon of the theme was loaded.";
+              " names icons that were not loaded, because showing them would reach past this computer's own "
+              "files (for example " + refused.front().value + ") or their names cannot be read:\n\n" + list +
+              "\n\nEvery other icon of the theme was loaded.";
   r.buttons = {"OK", "", ""};
   r.icon = ui::kIconExclamation;
   modMsgbox::Show(r);

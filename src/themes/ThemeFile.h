@@ -3,6 +3,7 @@
 // program never parses a theme file itself), with the machine's folders written as path macros so that
 // a theme moves between machines and Windows folders.
 #include <string>
+#include <vector>
 
 #include "system/Environment.h"
 
@@ -41,10 +42,29 @@ bool WriteThemeEntry(const std::string& section, const std::string& key, const s
 std::string ReadThemeEntry(const std::string& section, const std::string& key, const std::string& file,
                            const Environment& env);
 
-// A location that makes Windows leave the machine or reach past the file system: a network share
-// ("\\host\share", also "//host/share"), a device or raw path ("\\.\", "\\?\", "\??\"), or an address
-// with a scheme ("http:", "file:", ...: anything but a drive letter before a colon). Showing an icon from such a place hands the user's credentials
-// to whoever named it, so theme files are never allowed to.
-bool IsNetworkOrDevice(const std::string& location);
+// One value of a theme file as the loaders take it.
+struct ThemeValue {
+  std::string text;      // in the ANSI code page, at most 126 characters, its macro not yet expanded
+  bool foreign = false;  // it held a character the ANSI code page cannot hold (the text is then unusable)
+};
+
+// A theme file read whole by the program itself, so that every Windows reads it alike: in the ANSI
+// code page, UTF-8 (with or without a byte-order mark) or UTF-16 (with one). The profile calls of
+// Windows 95 and 98 know neither Unicode form, and a UTF-8 mark would hide the first section. Lines,
+// sections, keys and values follow the profile calls' rules: blanks around them are dropped, names
+// match in any case, the first section and key of a name count, a value in quotes loses them.
+class ThemeText {
+ public:
+  static ThemeText Read(const std::string& file);
+  // Nothing when the section or key is absent; an empty text when the value is empty.
+  const ThemeValue* Find(const std::string& section, const std::string& key) const;
+
+ private:
+  struct Entry {
+    std::string section, key;  // lower-cased
+    ThemeValue value;
+  };
+  std::vector<Entry> entries_;
+};
 
 }  // namespace vx

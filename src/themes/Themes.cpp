@@ -7,6 +7,7 @@
 
 #include "registry/modCommon.h"
 #include "system/Keys.h"
+#include "system/Location.h"
 #include "system/Product.h"
 #include "themes/ThemeFile.h"
 #include "ui/ListBoxIcons.h"
@@ -85,13 +86,19 @@ std::string ImportedValue(const ThemeEntry& entry, std::string value) {
 LoadReport LoadEntries(ThemeFormat format, const std::string& file, const Environment& env, ThemeLists& lists) {
   LoadReport report;
   const std::vector<ThemeEntry> entries = ThemeEntries(format, env);
+  const ThemeText text = ThemeText::Read(file);
+  const ThemeFolders folders = FoldersFor(env, file);
   for (size_t i = 0; i < entries.size(); ++i) {
     const ThemeEntry& e = entries[i];
-    std::string value = ReadThemeEntry(e.section, e.key, file, env);
-    if (!value.empty()) {
+    const ThemeValue* read = text.Find(e.section, e.key);
+    if (read && !read->text.empty()) {
+      std::string value = ExpandMacros(read->text, folders);
       if (format != ThemeFormat::Own) value = ImportedValue(e, value);
-      if (IsNetworkOrDevice(value))
-        report.refused.push_back({e.tab, e.listKey, e.section, e.key, value});
+      const LocationRisk risk = read->foreign ? LocationRisk::None : CheckLocation(value);
+      if (read->foreign)
+        report.refused.push_back({e.tab, e.listKey, e.section, e.key, read->text, kForeignText});
+      else if (risk != LocationRisk::None)
+        report.refused.push_back({e.tab, e.listKey, e.section, e.key, value, RiskText(risk)});
       else if (lists.Change(e.tab, e.listKey, value))
         ++report.changed;
     }

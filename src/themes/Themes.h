@@ -55,12 +55,16 @@ struct Refusal {
   int tab;
   std::string item;
   std::string section, key, value;
+  std::string reason;  // "a network share", "a device name", ...
 };
 
 struct LoadReport {
   int changed = 0;               // items given a value
-  std::vector<Refusal> refused;  // values naming a network or device location
+  std::vector<Refusal> refused;  // values that may not reach the system (CheckLocation), or unreadable
 };
+
+// The reason of a value with a character the ANSI code page cannot hold.
+inline constexpr const char* kForeignText = "a character this Windows cannot show in a file name";
 
 // The credits every saved theme begins with, in order.
 struct Credit {

@@ -1,4 +1,5 @@
 #include "ui/ListBoxIcons.h"
+#include "system/Location.h"
 
 #include <shellapi.h>
 #include <windowsx.h>
@@ -322,6 +323,7 @@ struct ListBoxIcons::Impl {
   // with the icon count and a file that is no icon source with 1: neither is a handle to draw.
   void DrawExtracted(const std::string& path, int index, int y) {
     if (index == -1 || path.empty()) return;
+    vx::QuietDriveErrors noDiskBox;
     HICON icon = ExtractIconA(Instance(), path.c_str(), static_cast<UINT>(index));
     if (reinterpret_cast<UINT_PTR>(icon) <= 1) return;
     DrawIcon(buffer.dc(), kIconLeft, y, icon);
@@ -740,7 +742,7 @@ std::string ListBoxIcons::ItemFullPath(const std::string& key) const {
 std::string ListBoxIcons::ItemFullPathmouse(const std::string& key) const {
   const auto& item = impl_->Slot(impl_->Find(key));
   // The program's own pointers live in its executable; that path is nothing to show a person.
-  if (LowerAscii(item.iconPath) == LowerAscii(ModulePath())) return "";
+  if (vx::SameFile(item.iconPath, ModulePath())) return "";
   return item.iconPath;
 }
 

@@ -1,4 +1,5 @@
 #include "ui/frmChangeIcon.h"
+#include "system/Location.h"
 
 #include <shellapi.h>
 #include <windowsx.h>
@@ -268,6 +269,7 @@ void frmChangeIcon::DisplayIcons() {
   ClearGrid(gridWidth_);
 
   displayed_ = GetText(txtFilename_);
+  vx::QuietDriveErrors noDiskBox;
   iconCount_ = static_cast<int16_t>(
       reinterpret_cast<INT_PTR>(ExtractIconA(Instance(), displayed_.c_str(), static_cast<UINT>(-1))));
   if (!FileExists(displayed_)) {
@@ -421,6 +423,7 @@ void frmChangeIcon::DrawCell(const RECT& cell, bool selected) {
 
 void frmChangeIcon::DrawIconAt(int index, int x, int y) {
   // Extracted, drawn and destroyed at once: no icon handle outlives the drawing.
+  vx::QuietDriveErrors noDiskBox;
   HICON icon = ExtractIconA(Instance(), displayed_.c_str(), static_cast<UINT>(index));
   if (!icon || icon == reinterpret_cast<HICON>(1)) return;
   if (buffer_) DrawIcon(buffer_.dc(), x, y, icon);

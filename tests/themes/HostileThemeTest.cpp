@@ -18,11 +18,36 @@ namespace {
 // also goes through real list controls and an Apply plan.
 constexpr int kShards = 4, kFilesPerShard = 250, kRealListsEvery = 25;
 
-// Judged by the shell's own path functions and the first characters, not by the program's own test.
+// Judged apart from the program's own test: by the shell's path functions on the text with its quotes
+// taken out and its variables expanded by the system, and by the names of the devices.
 bool LeavesTheMachine(const std::string& location) {
-  const std::string s = location.substr(std::min(location.find_first_not_of(" \t"), location.size()));
-  const bool twoSlashes = s.size() >= 2 && (s[0] == '\\' || s[0] == '/') && (s[1] == '\\' || s[1] == '/');
-  return twoSlashes || PathIsUNCA(s.c_str()) || PathIsURLA(s.c_str()) || s.rfind("\\??\\", 0) == 0;
+  std::string plain;
+  for (char c : location)
+    if (c != '"') plain += c;
+  char expanded[4096] = {};
+  const DWORD n = ExpandEnvironmentStringsA(plain.c_str(), expanded, sizeof expanded);
+  for (std::string form : {plain, n > 0 && n <= sizeof expanded ? std::string(expanded) : plain}) {
+    form.erase(std::remove(form.begin(), form.end(), '"'), form.end());
+    const std::string s = form.substr(std::min(form.find_first_not_of(" \t"), form.size()));
+    const bool twoSlashes = s.size() >= 2 && (s[0] == '\\' || s[0] == '/') && (s[1] == '\\' || s[1] == '/');
+    if (twoSlashes || PathIsUNCA(s.c_str()) || PathIsURLA(s.c_str()) || s.rfind("\\??\\", 0) == 0) return true;
+    if (s.find(':', 2) != std::string::npos || (s.size() > 1 && s.find(':') != std::string::npos && s[1] != ':'))
+      return true;  // a stream or a scheme
+    std::string part;
+    const std::string path = s.substr(0, s.rfind(','));  // the icon index is no part of the file
+    for (size_t i = 0; i <= path.size(); ++i) {
+      if (i < path.size() && path[i] != '\\' && path[i] != '/') {
+        part += static_cast<char>(toupper(static_cast<unsigned char>(path[i])));
+        continue;
+      }
+      part = part.substr(0, part.find('.'));
+      while (!part.empty() && part.back() == ' ') part.pop_back();
+      for (const char* device : {"CON", "NUL", "PRN", "AUX", "COM1", "COM3", "LPT1", "CONIN$", "CONOUT$"})
+        if (part == device) return true;
+      part.clear();
+    }
+  }
+  return false;
 }
 
 class Generator {
@@ -81,16 +106,19 @@ class Generator {
         "\\\\attacker\\share\\x.ico,0", "\\\\attacker\\share\\x.cur", "//attacker/share/x.ico,3",
         "\\\\?\\UNC\\attacker\\s\\x.ico,1", "\\\\.\\pipe\\attacker,0", "\\??\\UNC\\attacker\\s\\x.ico",
         "http://attacker/x.ico,0", "HTTPS://attacker/x.cur", "file://attacker/s/x.ico,2", "  \\\\attacker\\s\\y.ico",
-        "\\/attacker\\s\\x.ico"};
+        "\\/attacker\\s\\x.ico", "\"\\\\attacker\\s\\x.ico\",0", "\"\\\\attacker\"\\s\\x.ico",
+        "%VX_FUZZ_SHARE%\\x.ico,0", "%VX_FUZZ_UNSET%\\x.ico", "COM1", "nul.ico,0", "C:\\x\\LPT1.ico,0",
+        "CONIN$", "C:\\x\\aux .cur", "C:\\x.ico:evil,0", "\\\\.\\COM3,0"};
+    constexpr int kRemote = sizeof remote / sizeof *remote;
     static const char* const index[] = {",-1", ",65535", ",65536", ",-32769", ",2147483648", ",-99999999999999",
                                         ",999999999999999999999", ",", ",x", ",--5", ",+7", ",0x10"};
     switch (Pick(0, 9)) {
-      case 0: case 1: return remote[Pick(0, 10)];
-      case 2: return std::string(Chance(50) ? "%ThemeDir%" : "%windir%") + remote[Pick(0, 10)];
+      case 0: case 1: return remote[Pick(0, kRemote - 1)];
+      case 2: return std::string(Chance(50) ? "%ThemeDir%" : "%windir%") + remote[Pick(0, kRemote - 1)];
       case 3: return "C:\\Icons\\x.ico" + std::string(index[Pick(0, 11)]);
       case 4: return std::string(static_cast<size_t>(Pick(100, 1500)), 'a') + index[Pick(0, 11)];
       case 5: return "C:\\a" + std::string(1, '\0') + "\\\\attacker\\s,0";
-      case 6: return Random(200);
+      case 6: return Chance(50) ? Random(200) : "C:\\\xE4\xB8\x80\\x.ico,0";  // U+4E00 in UTF-8
       case 7: return "%WinSysDir%shell32.dll,3";
       default: return "C:\\x\\" + Random(20) + ".ico," + std::to_string(Pick(-40000, 40000));
     }
@@ -112,6 +140,8 @@ class HostileThemes : public testing::TestWithParam<int> {};
 TEST_P(HostileThemes, NoCrashNoHangNoNetworkPath) {
   vxtest::CatalogueRegistry registry;
   vxtest::ScratchFolder folder("vxhostile");
+  SetEnvironmentVariableA("VX_FUZZ_SHARE", "\\\\attacker\\home");
+  SetEnvironmentVariableA("VX_FUZZ_UNSET", nullptr);
   const vx::Environment env = vxtest::Env("Win98", "4.72", true);
   vxtest::RealLists real(env);
   vx::ListBoxThemeLists realLists(real.lists);
@@ -124,6 +154,7 @@ TEST_P(HostileThemes, NoCrashNoHangNoNetworkPath) {
     for (auto load : {&vx::LoadTheme, &vx::ImportPlusTheme, &vx::ImportMotif}) {
       const vx::LoadReport report = load(file, env, lists);
       refused += report.refused.size();
+      for (const vx::Refusal& r : report.refused) ASSERT_FALSE(r.reason.empty()) << r.value;
       if (i % kRealListsEvery == 0) load(file, env, realLists);
     }
     changed += lists.changes.size();

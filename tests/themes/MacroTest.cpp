@@ -2,6 +2,7 @@
 // theme may never name.
 #include <gtest/gtest.h>
 
+#include "system/Location.h"
 #include "themes/ThemeFile.h"
 #include "themes/ThemeFixtures.h"
 
@@ -55,17 +56,45 @@ TEST(Macros, ReadInAnyCaseWithOrWithoutABackslash) {
   for (const auto& c : cases) EXPECT_EQ(vx::ExpandMacros(c.value, kFolders), c.read) << c.value;
 }
 
-TEST(Macros, NetworkAndDeviceLocations) {
-  const struct { const char* location; bool refused; } cases[] = {
-      {"\\\\host\\share\\x.ico,0", true},   {"//host/share/x.ico,0", true},  {"\\/host\\x.ico", true},
-      {"\\\\?\\C:\\x.ico,0", true},         {"\\\\.\\pipe\\x", true},        {"\\??\\UNC\\host\\s\\x.ico", true},
-      {"  \\\\host\\share\\x.ico", true},   {"http://host/x.ico,0", true},  {"HTTPS:host", true},
-      {"file:///C:/x.ico,0", true},         {"ftp:x", true},                 {"C:\\x.ico,0", false},
-      {"c:x.ico", false},                   {"x.ico,0", false},              {"\\Windows\\x.ico,0", false},
-      {"..\\x.ico,0", false},               {"", false},                     {"1:x", false},
-      {"\x92\xD4:x", true},                 {"x.ico:stream,0", true},        {"C:\\a:b", false},
+// What may reach the system: judged after the quotes the shell strips and the variables it expands.
+TEST(Location, SharesDevicesAddressesAndStreamsAreRefused) {
+  using R = vx::LocationRisk;
+  SetEnvironmentVariableA("VX_SHARE", "\\\\host\\home");
+  SetEnvironmentVariableA("VX_LOCAL", "C:\\Icons");
+  SetEnvironmentVariableA("VX_UNSET", nullptr);
+  const struct { const char* location; R risk; } cases[] = {
+      {"\\\\host\\share\\x.ico,0", R::Share},     {"//host/share/x.ico,0", R::Share},   {"\\/host\\x.ico", R::Share},
+      {"\"\\\\host\\share\\x.ico\",0", R::Share}, {"\"\\\\host\"\\s\\x.ico", R::Share}, {"  \\\\host\\s\\x.ico", R::Share},
+      {"%VX_SHARE%\\x.ico,0", R::Share},          {"%vx_share%x.ico", R::Share},        {"%VX_UNSET%\\x.ico", R::UnsetVariable},
+      {"C:\\a\\%VX_UNSET%.ico", R::UnsetVariable}, {"%VX_LOCAL%\\x.ico,2", R::None},    {"100%.ico,0", R::None},
+      {"%SystemRoot%\\system32\\shell32.dll,3", R::None},
+      {"\\\\?\\C:\\x.ico,0", R::RawPath},         {"\\\\.\\pipe\\x", R::RawPath},      {"\\??\\C:\\x.ico", R::RawPath},
+      {"//?/C:/x.ico", R::RawPath},
+      {"http://host/x.ico,0", R::Address},        {"HTTPS:host", R::Address},          {"file:///C:/x.ico,0", R::Address},
+      {"\"shell:x\",0", R::Address},
+      {"x.ico:stream,0", R::Address},              {"C:\\a:b", R::Stream},              {"1:x", R::Stream},
+      {"C:\\x.ico::$DATA,0", R::Stream}, {"C:\\x.ico:s,0", R::Stream},
+      {"COM1", R::DeviceName},                    {"nul,0", R::DeviceName},            {"CONIN$", R::DeviceName},
+      {"C:\\x\\LPT1.ico,0", R::DeviceName},       {"C:\\con\\x.ico", R::DeviceName},   {"C:\\x\\Aux .a.b,3", R::DeviceName},
+      {"C:\\x\\clock$", R::DeviceName},           {"prn.cur", R::DeviceName},
+      {"C:\\x.ico,0", R::None},                   {"c:x.ico", R::None},                {"x.ico,0", R::None},
+      {"\\Windows\\x.ico,0", R::None},            {"..\\x.ico,0", R::None},            {"", R::None},
+      {"C:\\x\\COM10.ico", R::None},              {"C:\\x\\console.ico", R::None},     {"C:\\nul-not\\x.ico", R::None},
   };
-  for (const auto& c : cases) EXPECT_EQ(vx::IsNetworkOrDevice(c.location), c.refused) << c.location;
+  for (const auto& c : cases) EXPECT_EQ(vx::CheckLocation(c.location), c.risk) << c.location;
+  // Every refusal has words for the report.
+  for (const auto& c : cases) {
+    EXPECT_EQ(std::string(vx::RiskText(c.risk)).empty(), c.risk == R::None) << c.location;
+  }
+}
+
+TEST(Location, TheProgramsOwnFileIsKnownByItsFullPath) {
+  const struct { const char* a; const char* b; bool same; } cases[] = {
+      {"C:\\Vx\\vexillor.exe", "c:\\vx\\VEXILLOR.EXE", true}, {"C:\\Vx\\.\\vexillor.exe", "C:\\Vx\\vexillor.exe", true},
+      {"C:\\Vx\\sub\\..\\vexillor.exe", "C:\\Vx\\vexillor.exe", true}, {"C:/Vx/vexillor.exe", "C:\\Vx\\vexillor.exe", true},
+      {"C:\\Vx\\vexillor.exe.ico", "C:\\Vx\\vexillor.exe", false}, {"", "C:\\Vx\\vexillor.exe", false},
+  };
+  for (const auto& c : cases) EXPECT_EQ(vx::SameFile(c.a, c.b), c.same) << c.a;
 }
 
 TEST(ThemeEntry, WriteAndReadThroughTheProfileCalls) {

@@ -85,8 +85,8 @@ TEST_F(Commands, RefusedEntriesNamedInOnePrompt) {
   ASSERT_EQ(outcome.report.refused.size(), 2u);
   ASSERT_EQ(seam.prompts.size(), 1u);
   const std::string& text = seam.prompts[0].message;
-  EXPECT_NE(text.find("Desktop Icons: My Computer"), std::string::npos) << text;
-  EXPECT_NE(text.find("Pointers: Busy"), std::string::npos) << text;
+  EXPECT_NE(text.find("Desktop Icons: My Computer (a network share)"), std::string::npos) << text;
+  EXPECT_NE(text.find("Pointers: Busy (an address)"), std::string::npos) << text;
   EXPECT_NE(text.find("\\\\evil\\share\\pc.ico,0"), std::string::npos) << text;
   // The rest of the theme was taken, including a theme-folder file whose name begins with backslashes.
   EXPECT_EQ(lists.ItemFullPath(vx::kTabDesktop, "In Box"), "C:\\ok.ico,1");

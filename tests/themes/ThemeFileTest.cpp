@@ -164,4 +164,62 @@ TEST(ThemeRoundTrip, EachEditionGivesTheSameListsAndTheSameApply) {
   }
 }
 
+// The same theme in every encoding a theme may come in loads alike; the mark never hides the first
+// section; a character the code page cannot hold refuses its value by name instead of loading "?".
+TEST(LoadTheme, EveryEncodingReadsAlikeAndForeignCharactersAreRefused) {
+  // "ô" and a CJK character as this machine's ANSI code page holds them (or not).
+  auto ansi = [](const wchar_t* text, bool& held) {
+    char out[16] = {};
+    BOOL usedDefault = FALSE;
+    const int n = WideCharToMultiByte(CP_ACP, 0, text, -1, out, sizeof out, nullptr, &usedDefault);
+    held = n > 1 && !usedDefault;
+    return std::string(out);
+  };
+  bool oHeld = false, cjkHeld = false;
+  const std::string o = ansi(L"\x00F4", oHeld);
+  ansi(L"\x4E00", cjkHeld);
+  ASSERT_TRUE(oHeld) << "the tests expect a Western code page";
+  const std::string body8 = "[Desktop Icons]\r\nMy Computer = \"C:\\Ic\xC3\xB4nes\\pc.ico,2\"\r\n"
+                            "In Box=C:\\\xE4\xB8\x80\\mail.ico,1\r\n[Pointers]\r\nBusy=C:\\b.ani,0\r\n";
+  std::wstring wide;
+  for (char c : body8) wide += static_cast<wchar_t>(static_cast<unsigned char>(c));
+  wide.replace(wide.find(L"\xC3\xB4"), 2, L"\x00F4");
+  wide.replace(wide.find(L"\xE4\xB8\x80"), 3, L"\x4E00");
+  auto utf16 = [&](bool bigEndian) {
+    std::string out = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
+    for (wchar_t c : wide) {
+      const char hi = static_cast<char>(c >> 8), lo = static_cast<char>(c & 0xFF);
+      out += bigEndian ? std::string{hi, lo} : std::string{lo, hi};
+    }
+    return out;
+  };
+  std::string ansiBody = body8;
+  ansiBody.replace(ansiBody.find("\xC3\xB4"), 2, o);
+  ansiBody.replace(ansiBody.find("\xE4\xB8\x80"), 3, "x");  // an ANSI file has no foreign characters
+  const struct { const char* name; std::string bytes; bool foreign; } cases[] = {
+      {"ANSI", ansiBody, false},
+      {"UTF-8", body8, true},
+      {"UTF-8 with mark", "\xEF\xBB\xBF" + body8, true},
+      {"UTF-16", utf16(false), true},
+      {"UTF-16 big-endian", utf16(true), true},
+  };
+  vxtest::ScratchFolder folder("vxencodings");
+  const vx::Environment env = vxtest::Env("Win98");
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    const std::string file = folder.File("t.vxtheme");
+    vxtest::WriteBytes(file, c.bytes);
+    vxtest::RecordingLists lists(env);
+    const vx::LoadReport report = vx::LoadTheme(file, env, lists);
+    EXPECT_EQ(lists.ItemFullPath(vx::kTabDesktop, "My Computer"), "C:\\Ic" + o + "nes\\pc.ico,2");
+    EXPECT_EQ(lists.ItemFullPath(vx::kTabPointers, "Busy"), "C:\\b.ani,0");
+    if (c.foreign && cjkHeld) continue;  // a code page that holds the character loads it
+    EXPECT_EQ(lists.ItemFullPath(vx::kTabDesktop, "In Box"), c.foreign ? "C:\\Before\\In Box.ico,1" : "C:\\x\\mail.ico,1");
+    ASSERT_EQ(report.refused.size(), c.foreign ? 1u : 0u);
+    if (c.foreign) {
+      EXPECT_EQ(report.refused[0].item + " " + report.refused[0].reason, std::string("In Box ") + vx::kForeignText);
+    }
+  }
+}
+
 }  // namespace
