@@ -3,14 +3,57 @@
 #include <windows.h>
 #include <shlobj.h>
 
+#include <algorithm>
 #include <cstdio>
+
+#include "registry/modCommon.h"
 
 namespace vx {
 
+namespace {
+
+bool IsBlank(char c) { return c == ' ' || c == '\t'; }
+
+}  // namespace
+
 CommandLine ParseCommandLine(const std::string& text) {
-  if (text == "/q") return {true, ""};
-  if (text.compare(0, 3, "/q ") == 0) return {true, text.substr(3)};
-  return {false, text};
+  CommandLine line;
+  int actions = 0;
+  size_t i = 0;
+  for (;;) {
+    while (i < text.size() && IsBlank(text[i])) ++i;
+    size_t end = i;
+    while (end < text.size() && !IsBlank(text[end])) ++end;
+    const std::string word = text.substr(i, end - i);
+    if (word.size() < 2 || (word[0] != '/' && word[0] != '-')) break;
+    const std::string name = LowerAscii(word.substr(1));
+    if (name == "q") line.quiet = true;
+    else if (name == "?") line.usage = true;
+    else if (name == "a") line.action = CommandLine::Apply, ++actions;
+    else if (name == "n") line.action = CommandLine::Review, ++actions;
+    else if (name == "undo") line.action = CommandLine::Undo, ++actions;
+    else if (word[0] == '-') break;  // a file whose name begins with a hyphen
+    else {
+      line.error = "unknown switch " + word;
+      return line;
+    }
+    i = end;
+  }
+  std::string theme = TrimSpaces(text.substr(std::min(i, text.size())));
+  if (theme.size() >= 2 && theme.front() == '"' && theme.back() == '"') theme = theme.substr(1, theme.size() - 2);
+  line.theme = theme;
+  if (actions > 1) line.error = "/a, /n and /undo do not go together";
+  else if (line.action == CommandLine::Undo && !theme.empty()) line.error = "/undo takes no theme";
+  else if (line.action == CommandLine::Review && theme.empty()) line.error = "/n needs a theme";
+  return line;
+}
+
+std::string FullThemePath(const std::string& path) {
+  if (path.empty()) return path;
+  char full[MAX_PATH * 2] = {};
+  char* name = nullptr;
+  const DWORD n = GetFullPathNameA(path.c_str(), sizeof full, full, &name);
+  return n > 0 && n < sizeof full ? std::string(full, n) : path;
 }
 
 std::string DefaultLogPath() {

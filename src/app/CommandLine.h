@@ -11,22 +11,35 @@
 namespace vx {
 
 struct CommandLine {
-  bool quiet = false;
-  std::string rest;  // a theme path, "/a " or "/n " and a path, or "/undo"
+  enum Action { Open, Apply, Review, Undo };
+  bool quiet = false;    // "/q"
+  bool usage = false;    // "/?"
+  Action action = Open;  // a theme alone opens it; "/a" applies it, "/n" lists what Apply would change
+  std::string theme;     // the rest of the text: blanks around it and the quotes of a path with blanks off
+  std::string error;     // why the switches make no sense together; empty when they do
 };
 
-// Takes a leading "/q " (or a lone "/q") off the text; anything else is left whole.
+// Switches come first, in any order and any case, each with "/" or "-" ("/Q -a" is "/q /a"); the
+// first word that is no switch starts the theme path, which runs to the end of the text. A word with
+// "/" that is no switch of ours is a usage error; one with "-" is taken for a file name.
 CommandLine ParseCommandLine(const std::string& text);
+
+// The theme path as the program uses it: a relative one (a bare file name) made full against the
+// current folder, as the person who typed it meant.
+std::string FullThemePath(const std::string& path);
 
 // Exit codes of a run started with "/a", "/n", "/undo" or "/q". When several causes meet, the highest code wins.
 enum ExitCode : int {
   kExitOk = 0,
   kExitNoWindow = 1,        // the main window could not be created
-  kExitThemeNotOpened = 2,  // no theme file given, not a theme, or unreadable: nothing was applied
+  kExitThemeNotOpened = 2,  // a usage error, no theme given, not a theme, unreadable or on the network:
+                            // nothing was applied
   kExitNotApplied = 3,      // quiet without "/a": the theme was opened but nothing applied
   kExitEntryRefused = 4,    // a value naming a network or device location was refused; the rest applied
+                            // (with "/n": would be refused)
   kExitWriteFailed = 5,     // at least one write failed
   kExitNothingToUndo = 6,   // "/undo" found no Apply to take back
+  kExitNothingLoaded = 10,  // the theme held nothing that could be loaded: nothing was applied
 };
 
 // Where a quiet run appends its lines: "Vexillor\vexillor.log" in the user's application-data folder.

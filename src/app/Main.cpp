@@ -6,6 +6,7 @@
 #include "app/Undo.h"
 #include "app/Shell.h"
 #include "app/Undo.h"
+#include "app/Usage.h"
 #include "registry/modCommon.h"
 #include "registry/modRegistry.h"
 #include "resource.h"
@@ -27,6 +28,7 @@ Main::~Main() {
 bool Main::Create(const Environment& env, const std::string& commandLine, bool quitOnClose) {
   env_ = env;
   commandLine_ = commandLine;
+  reviewOnly_ = ParseCommandLine(commandLine).action == CommandLine::Review;
   quitOnClose_ = quitOnClose;
   RECT r{0, 0, kClientWidth, kClientHeight};
   const DWORD style = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
@@ -65,7 +67,8 @@ void Main::Form_Load() {
   } else {
     ui::Guarded([&] { RestorePosition(); });
   }
-  ui::Guarded([&] { SetCurrentTheme("load"); });
+  // A "/n" run writes nothing, and the recent themes are written as they are shown.
+  if (!reviewOnly_) ui::Guarded([&] { SetCurrentTheme("load"); });
   // A quiet run, and one that applied a theme from the command line and is closing, never show it.
   if (!quiet_ && !flags.autoApplyMode) ShowWindow(hwnd(), SW_SHOW);
   UpdateWindow(hwnd());
@@ -74,9 +77,10 @@ void Main::Form_Load() {
     SelectTab(active == 0 || active == modRegistry::kDwordError || active < 1 || active > kTabCount ? kTabDesktop
                                                                                                        : active);
   });
-  ui::Guarded([&] { SetRecentThemes(commandLine_); });
+  // The theme's path, not the command's text: "/a C:\x.vxtheme" is no theme to open again.
+  if (!reviewOnly_) ui::Guarded([&] { SetRecentThemes(commandLineTheme_); });
   // An Apply that was cut off (the program killed, the power gone) is offered back first thing.
-  if (!flags.autoApplyMode) ui::Guarded([&] { OfferRecovery(); });
+  if (!flags.autoApplyMode && !reviewOnly_) ui::Guarded([&] { OfferRecovery(); });
 }
 
 bool Main::Form_QueryUnload() {
@@ -192,6 +196,29 @@ void InstallTestPause() {
 }
 }  // namespace
 
+namespace {
+
+// Switches that make no sense together: said where the caller will see it, and nothing is done.
+int UsageError(const CommandLine& line, QuietRun* quiet) {
+  if (quiet)
+    quiet->Log("usage error: " + line.error + "; exit code " + std::to_string(kExitThemeNotOpened));
+  else
+    ShowUsageError(line.error);
+  return kExitThemeNotOpened;
+}
+
+// "/n THEME": the theme opened as at any start, then what Apply would change listed (in the log when
+// quiet). Nothing is written; the exit code says whether Apply would refuse entries or have nothing.
+int FinishReview(Main& main, QuietRun* quiet) {
+  if (main.applyEnabled()) ui::Guarded([&] { main.ReviewChanges(); });
+  const int code = main.commandLineHandled() ? main.exitCode() : kExitThemeNotOpened;
+  main.Destroy();
+  if (quiet) quiet->Log("review finished; exit code " + std::to_string(code));
+  return code;
+}
+
+}  // namespace
+
 int RunMain(const std::string& text, int show) {
   (void)show;
   InstallTestPause();
@@ -203,7 +230,11 @@ int RunMain(const std::string& text, int show) {
   if (commandLine.quiet) {
     quiet = std::make_unique<QuietRun>(DefaultLogPath());
     quiet->Log("started: " + text);
-    if (commandLine.rest.empty()) {
+  }
+  if (!commandLine.error.empty()) return UsageError(commandLine, quiet.get());
+  if (commandLine.usage) return ShowUsage();
+  if (quiet) {
+    if (commandLine.theme.empty() && commandLine.action != CommandLine::Undo) {
       quiet->Log("no theme given; exit code " + std::to_string(kExitThemeNotOpened));
       return kExitThemeNotOpened;
     }
@@ -211,7 +242,7 @@ int RunMain(const std::string& text, int show) {
     modRegistry::SetErrorReporter([&quiet](const std::string& message) { quiet->Log("error: " + message); });
   }
   // "/undo": the last Apply taken back, without a window.
-  if (commandLine.rest == "/undo") {
+  if (commandLine.action == CommandLine::Undo) {
     int code = kExitNoWindow;
     ui::Guarded([&] { code = UndoFromCommandLine(DetectEnvironment(), quiet != nullptr); });
     if (quiet) {
@@ -220,24 +251,13 @@ int RunMain(const std::string& text, int show) {
     }
     return code;
   }
-  // "/n THEME": the theme opened as at any start, then what Apply would change listed (in the log when
-  // quiet); nothing is written and the program ends.
-  const bool review = commandLine.rest.rfind("/n ", 0) == 0;
   Main main;
   main.SetQuietRun(quiet.get());
   bool created = false;
-  ui::Guarded([&] { created = main.Create(DetectEnvironment(), review ? commandLine.rest.substr(3) : commandLine.rest); });
-  if (created && review) {
-    int code = kExitThemeNotOpened;
-    if (main.applyEnabled()) {
-      ui::Guarded([&] { main.ReviewChanges(); });
-      code = kExitOk;
-    }
-    main.Destroy();
-    if (quiet) {
-      quiet->Log("review finished; exit code " + std::to_string(code));
-      ui::SetSeam(nullptr);
-    }
+  ui::Guarded([&] { created = main.Create(DetectEnvironment(), text); });
+  if (created && commandLine.action == CommandLine::Review) {
+    const int code = FinishReview(main, quiet.get());
+    if (quiet) ui::SetSeam(nullptr);
     return code;
   }
   if (!created) {

@@ -65,6 +65,8 @@ class Main : public ui::Window, public EditHost {
   int exitCode() const { return exitCode_; }
   // Whether the theme named on the command line was dealt with (opened, applied or refused).
   bool commandLineHandled() const { return commandLineHandled_; }
+  // Started with "/n": the theme is opened to be looked at, and nothing at all is written.
+  bool reviewOnly() const { return reviewOnly_; }
 
   // The Tools menu: each puts the defaults in as pending edits; nothing is written before Apply.
   void RestoreAllSettings();
@@ -141,6 +143,7 @@ class Main : public ui::Window, public EditHost {
   void EndContextHelp(POINT screenPoint, bool show);
   void SaveThemeFile(bool saveAs);
   void FinishCommandLine(const OpenOutcome& outcome);
+  bool RefuseRemoteTheme(const std::string& path);
   void Fail(int exitCode);
 
   Environment env_;
@@ -165,6 +168,8 @@ class Main : public ui::Window, public EditHost {
   QuietRun* quiet_ = nullptr;
   int exitCode_ = 0;
   bool commandLineHandled_ = false;
+  bool reviewOnly_ = false;
+  std::string commandLineTheme_;  // the theme the command line opened, "" when none was
 };
 
 // After an Apply or an undo in which steps failed: one prompt that names them in the user's words.

@@ -6,73 +6,100 @@
 #include "registry/modCommon.h"
 #include "registry/modRegistry.h"
 #include "resource.h"
+#include "system/Location.h"
 #include "themes/ThemeCommands.h"
+#include "ui/modMsgbox.h"
 
 namespace vx {
 namespace {
-
-// The path as a shell passes it: blanks around it and the quotes of a path with blanks taken off.
-std::string PlainPath(const std::string& text) {
-  std::string path = TrimSpaces(text);
-  if (path.size() >= 2 && path.front() == '"' && path.back() == '"') path = path.substr(1, path.size() - 2);
-  return path;
-}
 
 const char* Why(OpenOutcome::Status status) {
   switch (status) {
     case OpenOutcome::NotTheme: return "not a theme file";
     case OpenOutcome::Unreadable: return "the file cannot be read";
     case OpenOutcome::Cancelled: return "no file chosen";
-    case OpenOutcome::Loaded: break;
+    case OpenOutcome::Loaded:
+    case OpenOutcome::NotLocal: break;
   }
   return "";
 }
 
 }  // namespace
 
+// A theme named on the command line on a share, a network drive or a device is not opened: a logon
+// script would otherwise hand every user's credentials to whoever named it.
+bool Main::RefuseRemoteTheme(const std::string& path) {
+  const LocationRisk risk = CheckLocation(path);
+  if (risk == LocationRisk::None) return false;
+  if (quiet_) quiet_->Log("theme not opened: " + path + " (" + RiskText(risk) + ")");
+  modMsgbox::ThemeNotLocal(path, RiskText(risk));
+  return true;
+}
+
 void Main::OpenTheme(const std::string& text, bool fromCommandLine) {
   std::string path = text;
   if (fromCommandLine) {
-    // Only a lower-case "/a" applies. "/A" is not the switch; but as no file's name begins with a
-    // slash, a file after it is still opened (pending, the window stays open).
-    if (text.compare(0, 2, "/a") == 0) {
-      flags.autoApplyMode = true;
-      path = text.size() > 3 ? text.substr(3) : "";
-    } else if (text.compare(0, 3, "/A ") == 0 && !ThemeFileReadable(text)) {
-      path = text.substr(3);
+    const CommandLine line = ParseCommandLine(text);
+    flags.autoApplyMode = line.action == CommandLine::Apply;
+    // A bare name is the file in the current folder (the profile calls would look in the Windows one).
+    path = FullThemePath(line.theme);
+    if (!path.empty() && RefuseRemoteTheme(path)) {
+      OpenOutcome refused;
+      refused.status = OpenOutcome::NotLocal;
+      refused.path = path;
+      FinishCommandLine(refused);
+      return;
     }
-    path = PlainPath(path);
   }
   ListBoxThemeLists lists(Lists());
   const OpenOutcome outcome = OpenThemeFile(path, env_, lists, hwnd());
-  if (outcome.status == OpenOutcome::Loaded) {
+  // From the command line, a theme of which nothing could be taken is no theme to apply or record.
+  const bool took = outcome.status == OpenOutcome::Loaded && (!fromCommandLine || outcome.report.changed > 0);
+  if (took) {
     flags.rebuildCachePending = true;
-    SetCurrentTheme(outcome.path);
-    modRegistry::SaveString(kSettingsKey, "Current Theme", outcome.path);
+    if (reviewOnly_) {
+      currentTheme_ = outcome.path;  // looked at, not recorded
+    } else {
+      SetCurrentTheme(outcome.path);
+      modRegistry::SaveString(kSettingsKey, "Current Theme", outcome.path);
+    }
     EnableApply();
   }
-  if (fromCommandLine) FinishCommandLine(outcome);
+  if (fromCommandLine) {
+    if (took) commandLineTheme_ = outcome.path;
+    FinishCommandLine(outcome);
+  }
 }
 
 void Main::FinishCommandLine(const OpenOutcome& outcome) {
   commandLineHandled_ = true;
-  if (!quiet_ && !flags.autoApplyMode) return;
+  if (!quiet_ && !flags.autoApplyMode && !reviewOnly_) return;
+  // A "/n" run ends where its caller looks at the result; any other run closes the window itself.
+  auto end = [this](int code) {
+    Fail(code);
+    if (!reviewOnly_) PostMessageA(hwnd(), WM_CLOSE, 0, 0);
+  };
   if (outcome.status != OpenOutcome::Loaded) {
-    if (quiet_) quiet_->Log("theme not opened: " + outcome.path + " (" + Why(outcome.status) + ")");
-    Fail(kExitThemeNotOpened);
-    PostMessageA(hwnd(), WM_CLOSE, 0, 0);
+    if (quiet_ && outcome.status != OpenOutcome::NotLocal)  // that one said why itself
+      quiet_->Log("theme not opened: " + outcome.path + " (" + Why(outcome.status) + ")");
+    end(kExitThemeNotOpened);
     return;
   }
   if (quiet_) {
     quiet_->Log("opened: " + outcome.path + " (" + std::to_string(outcome.report.changed) + " items)");
     for (const Refusal& r : outcome.report.refused)
-      quiet_->Log("refused: [" + r.section + "] " + r.key + "=" + r.value + " (" + r.item +
-                  ": network or device location)");
+      quiet_->Log(std::string(reviewOnly_ ? "would refuse" : "refused") + ": [" + r.section + "] " + r.key + "=" +
+                  r.value + " (" + r.item + ": " + r.reason + ")");
   }
   if (!outcome.report.refused.empty()) Fail(kExitEntryRefused);
+  if (outcome.report.changed == 0) {
+    if (quiet_) quiet_->Log("nothing in the theme could be loaded; nothing applied");
+    end(kExitNothingLoaded);
+    return;
+  }
+  if (reviewOnly_) return;
   if (!flags.autoApplyMode) {
-    Fail(kExitNotApplied);  // quiet without "/a": nobody is there to press Apply
-    PostMessageA(hwnd(), WM_CLOSE, 0, 0);
+    end(kExitNotApplied);  // quiet without "/a": nobody is there to press Apply
     return;
   }
   if (quiet_)

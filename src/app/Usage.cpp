@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/CommandLine.h"
 #include "ui/frmAbout.h"
 #include "ui/seam.h"
 
@@ -20,6 +21,20 @@ const std::vector<UsageLine>& UsageLines() {
   return lines;
 }
 
+const std::vector<ExitCodeLine>& ExitCodeLines() {
+  static const std::vector<ExitCodeLine> lines = {
+      {kExitOk, "done"},
+      {kExitNoWindow, "the window could not be made"},
+      {kExitThemeNotOpened, "usage error, or theme not opened"},
+      {kExitNotApplied, "/q without /a: opened, not applied"},
+      {kExitEntryRefused, "entries refused (/n: would be)"},
+      {kExitWriteFailed, "a write failed"},
+      {kExitNothingToUndo, "/undo: nothing to take back"},
+      {kExitNothingLoaded, "nothing in the theme could be used"},
+  };
+  return lines;
+}
+
 std::string UsageText() {
   const std::string version = ui::ModuleVersion();
   std::string text = "Vexillor" + (version.empty() ? std::string() : " " + version) +
@@ -32,9 +47,14 @@ std::string UsageText() {
     std::string syntax = l.syntax;
     text += "  " + syntax + std::string(width + 2 - syntax.size(), ' ') + l.meaning + "\r\n";
   }
-  text += "\r\n/q goes first. Its log:\r\n"
+  text += "\r\nSwitches take / or -, in any case, before THEME.\r\n"
+          "THEME without a folder is in the current one.\r\n"
+          "/q writes its log to\r\n"
           "  %APPDATA%\\Vexillor\\vexillor.log\r\n"
-          "\r\nExample:\r\n"
+          "\r\nExit codes (the highest cause wins):\r\n";
+  for (const auto& e : ExitCodeLines())
+    text += "  " + std::to_string(e.code) + std::string(e.code < 10 ? 3 : 2, ' ') + e.meaning + "\r\n";
+  text += "\r\nExample:\r\n"
           "  vexillor /q /a \"C:\\Themes\\Blue Steel.vxtheme\"\r\n";
   return text;
 }
@@ -86,6 +106,11 @@ int ShowUsage(bool consoleFirst) {
   }
   ui::GetSeam().ShowMessage(nullptr, UsageText(), "Vexillor", MB_OK | MB_ICONINFORMATION);
   return 0;
+}
+
+void ShowUsageError(const std::string& reason) {
+  ui::GetSeam().ShowMessage(nullptr, "Vexillor did nothing: " + reason + ".\r\n\r\n" + UsageText(), "Vexillor",
+                            MB_OK | MB_ICONEXCLAMATION);
 }
 
 }  // namespace vx

@@ -16,6 +16,13 @@ struct UsageLine {
 // The switches, in the order they are shown.
 const std::vector<UsageLine>& UsageLines();
 
+struct ExitCodeLine {
+  int code;
+  const char* meaning;  // one short line
+};
+// The exit codes of a command-line run, in order.
+const std::vector<ExitCodeLine>& ExitCodeLines();
+
 // The whole text: the program and its version (from the version resource), a synopsis, one line per
 // switch and an example. Lines end in "\r\n".
 std::string UsageText();
@@ -30,5 +37,8 @@ bool WriteUsage(HANDLE out);
 // console of the parent process when there is one, else in a message box through the seam. With
 // consoleFirst false it goes straight to the message box. Returns the exit code for "/?": 0.
 int ShowUsage(bool consoleFirst = true);
+
+// A command line whose switches make no sense: the reason, then the usage text, in a message box.
+void ShowUsageError(const std::string& reason);
 
 }  // namespace vx

@@ -30,7 +30,7 @@ void ReportRefused(const std::string& file, const std::vector<Refusal>& refused)
 bool ThemeFileReadable(const std::string& path);
 
 struct OpenOutcome {
-  enum Status { Loaded, Cancelled, NotTheme, Unreadable } status = Cancelled;
+  enum Status { Loaded, Cancelled, NotTheme, Unreadable, NotLocal } status = Cancelled;
   std::string path;  // the file loaded or refused
   LoadReport report;
 };

@@ -101,6 +101,12 @@ int InvalidTheme(const std::string& fileName) {
   return Ask("The file " + fileName + " does not appear to be a valid theme file.", "OK", "", "", ui::kIconStop);
 }
 
+int ThemeNotLocal(const std::string& path, const std::string& where) {
+  return Ask(Paragraphs({"The theme " + path + " was not opened, because it is on " + where + ".",
+                         "Copy it to a folder of this computer and open it from there."}),
+             "OK", "", "", ui::kIconStop);
+}
+
 int OverwriteTheme(const std::string& themeName) {
   ui::PromptRequest r = Request(
       Paragraphs({"Are you sure you want to overwrite the Icon Theme:", themeName,

@@ -31,6 +31,8 @@ int RestoreAllIcons(const std::string& editionName);
 int RestoreAllSettings(const std::string& editionName);
 int SaveBeforeClosing();
 int InvalidTheme(const std::string& fileName);
+// A theme named on the command line that lives on the network or a device; `where` says which.
+int ThemeNotLocal(const std::string& path, const std::string& where);
 int OverwriteTheme(const std::string& themeName);  // -1 when remembered
 int RestartNow();
 int RebuildNotice(const std::string& editionName);  // -1 when remembered

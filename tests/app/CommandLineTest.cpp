@@ -12,21 +12,34 @@
 
 namespace {
 
-TEST(CommandLine, TheQuietSwitchComesFirst) {
-  const struct { const char* text; bool quiet; const char* rest; } cases[] = {
-      {"/q /a C:\\Themes\\Blue.vxtheme", true, "/a C:\\Themes\\Blue.vxtheme"},
-      {"/q C:\\Themes\\Blue.vxtheme", true, "C:\\Themes\\Blue.vxtheme"},
-      {"/q", true, ""},
-      {"/Q /a C:\\x.vxtheme", false, "/Q /a C:\\x.vxtheme"},
-      {"/a /q C:\\x.vxtheme", false, "/a /q C:\\x.vxtheme"},
-      {"/qa C:\\x.vxtheme", false, "/qa C:\\x.vxtheme"},
-      {"C:\\x.vxtheme", false, "C:\\x.vxtheme"},
-      {"", false, ""},
+TEST(CommandLine, SwitchesInAnyCaseAndOrderWithSlashOrHyphen) {
+  using C = vx::CommandLine;
+  const struct { const char* text; bool quiet; C::Action action; const char* theme; bool error; } cases[] = {
+      {"/q /a C:\\Themes\\Blue.vxtheme", true, C::Apply, "C:\\Themes\\Blue.vxtheme", false},
+      {"/Q /A C:\\x.vxtheme", true, C::Apply, "C:\\x.vxtheme", false},
+      {"-q -a \"C:\\My Themes\\x.vxtheme\"", true, C::Apply, "C:\\My Themes\\x.vxtheme", false},
+      {"/a /q  C:\\My Themes\\x.vxtheme ", true, C::Apply, "C:\\My Themes\\x.vxtheme", false},
+      {"/q C:\\Themes\\Blue.vxtheme", true, C::Open, "C:\\Themes\\Blue.vxtheme", false},
+      {"/q", true, C::Open, "", false},
+      {"/N blue.vxtheme", false, C::Review, "blue.vxtheme", false},
+      {"/q /UNDO", true, C::Undo, "", false},
+      {"-blue.vxtheme", false, C::Open, "-blue.vxtheme", false},  // a file name, not a switch
+      {"C:\\x.vxtheme", false, C::Open, "C:\\x.vxtheme", false},
+      {"", false, C::Open, "", false},
+      // Usage errors: switches that do not go together, an unknown one, "/n" or "/undo" out of place.
+      {"/n /a C:\\x.vxtheme", false, C::Apply, "", true},
+      {"/q /a /n C:\\x.vxtheme", true, C::Review, "", true},
+      {"/qa C:\\x.vxtheme", false, C::Open, "", true},
+      {"/n", false, C::Review, "", true},
+      {"/undo C:\\x.vxtheme", false, C::Undo, "", true},
   };
   for (const auto& c : cases) {
     const vx::CommandLine parsed = vx::ParseCommandLine(c.text);
     EXPECT_EQ(parsed.quiet, c.quiet) << c.text;
-    EXPECT_EQ(parsed.rest, c.rest) << c.text;
+    EXPECT_EQ(parsed.error.empty(), !c.error) << c.text << ": " << parsed.error;
+    if (c.error) continue;
+    EXPECT_EQ(parsed.action, c.action) << c.text;
+    EXPECT_EQ(parsed.theme, c.theme) << c.text;
   }
 }
 
@@ -100,6 +113,15 @@ TEST(Usage, NamesEverySwitchOnALineOfItsOwnWithAnExample) {
   EXPECT_EQ(columns.size(), 1u);
   // Short lines: a message box shows each on one line, a console too.
   for (const auto& line : lines) EXPECT_LE(line.size(), 50u) << line;
+  // Every exit code a script can get, each on a line of its own with its meaning.
+  std::vector<int> codes;
+  for (const auto& e : vx::ExitCodeLines()) {
+    codes.push_back(e.code);
+    EXPECT_NE(text.find("\r\n  " + std::to_string(e.code) + " "), std::string::npos) << e.code;
+  }
+  EXPECT_EQ(codes, (std::vector<int>{vx::kExitOk, vx::kExitNoWindow, vx::kExitThemeNotOpened, vx::kExitNotApplied,
+                                     vx::kExitEntryRefused, vx::kExitWriteFailed, vx::kExitNothingToUndo,
+                                     vx::kExitNothingLoaded}));
   // What /q promises and an example that uses the switches together.
   EXPECT_NE(text.find("%APPDATA%\\Vexillor\\vexillor.log"), std::string::npos);
   EXPECT_NE(text.find("Example:\r\n  vexillor /q /a \""), std::string::npos);

@@ -259,7 +259,13 @@ class MainThemes : public vxtest::MainWindowTest {
 
 TEST_F(MainThemes, CommandLineThemeIsPendingWhenTheWindowAppears) {
   const std::string stored = modRegistry::GetString(vx::kShellIconsKey, "3");
-  for (const std::string& commandLine : {theme, "\"" + theme + "\"", "/A " + theme}) {
+  // The last one a bare name: the theme in the current folder.
+  char old[MAX_PATH] = {};
+  GetCurrentDirectoryA(MAX_PATH, old);
+  SetCurrentDirectoryA(folder.c_str());
+  std::string quoted(1, '"'), bare(1, '"');  // by appending: GCC 12 warns falsely on "\"" + string
+  quoted.append(theme).append("\""), bare.append(theme.substr(theme.rfind('\\') + 1)).append("\"");
+  for (const std::string& commandLine : {theme, quoted, bare}) {
     SCOPED_TRACE(commandLine);
     seam.prompts.clear();
     auto m = Open(commandLine);
@@ -273,14 +279,14 @@ TEST_F(MainThemes, CommandLineThemeIsPendingWhenTheWindowAppears) {
     EXPECT_EQ(ui::GetText(m->hwnd()), "Blue Sky - Vexillor");
     EXPECT_EQ(m->currentThemePath(), theme);
     EXPECT_EQ(modRegistry::GetString(vx::kSettingsKey, "Current Theme"), theme);
-    // Start-up then records the command-line text itself, which only a plain path leaves first.
-    if (commandLine == theme) { EXPECT_EQ(modRegistry::GetString(vx::kThemesKey, "1"), theme); }
+    EXPECT_EQ(modRegistry::GetString(vx::kThemesKey, "1"), theme);
     // Nothing reached the system.
     EXPECT_EQ(modRegistry::GetString(vx::kShellIconsKey, "3"), stored);
     EXPECT_TRUE(seam.prompts.empty()) << seam.prompts.front().message;
     CloseWithoutSaving(*m);
     EXPECT_EQ(m->hwnd(), nullptr);
   }
+  SetCurrentDirectoryA(old);
 }
 
 TEST_F(MainThemes, SaveAsThenSaveWriteTheLists) {
