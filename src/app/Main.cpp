@@ -86,14 +86,15 @@ void Main::Form_Load() {
 bool Main::Form_QueryUnload() {
   if (!applyEnabled()) return false;
   switch (modMsgbox::SaveBeforeClosing()) {
-    case 0:  // "&Cancel": stay open, changes still pending
+    case modMsgbox::SaveAnswer::Cancel:  // stay open, changes still pending
       return true;
-    case 2:  // "Yes": apply, then close
+    case modMsgbox::SaveAnswer::Yes:  // apply, then close
       cmdApply_Click();
       return false;
-    default:  // "No": close without applying
-      return false;
+    case modMsgbox::SaveAnswer::No:  // close without applying
+      break;
   }
+  return false;
 }
 
 void Main::Form_Unload() {

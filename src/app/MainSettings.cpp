@@ -23,7 +23,7 @@ void Main::FillSettingsTree() { settings_->Fill(CurrentScreen()); }
 Plan Main::SettingsStage() { return BuildSettingsPlan(settings_->model(), env_, CurrentTab()); }
 
 void Main::RestoreAllSettings() {
-  if (modMsgbox::RestoreAllSettings(env_.editionName) != 1) return;
+  if (modMsgbox::RestoreAllSettings(env_.editionName) != modMsgbox::Confirm::OK) return;
   ui::DoEvents();
   ui::MousePointer wait(ui::MousePointer::kHourglass);
   // The Shell tab comes to the front, so the restored states are what the person sees (its first
@@ -49,7 +49,7 @@ void Main::RestoreTab(int tab) {
 }
 
 void Main::RestoreAllIcons() {
-  if (modMsgbox::RestoreAllIcons(env_.editionName) != 1) return;
+  if (modMsgbox::RestoreAllIcons(env_.editionName) != modMsgbox::Confirm::OK) return;
   ui::DoEvents();  // the prompt goes away before the work starts
   ui::MousePointer wait(ui::MousePointer::kArrowHourglass);
   const int tab = CurrentTab();
@@ -61,7 +61,7 @@ void Main::RestoreAllIcons() {
 }
 
 void Main::RestoreAllPointers() {
-  if (modMsgbox::RestoreAllPointers(env_.editionName) != 1) return;
+  if (modMsgbox::RestoreAllPointers(env_.editionName) != modMsgbox::Confirm::OK) return;
   ui::DoEvents();
   ui::MousePointer wait(ui::MousePointer::kArrowHourglass);
   const int tab = CurrentTab();

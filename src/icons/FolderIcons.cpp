@@ -11,7 +11,6 @@ namespace {
 
 constexpr const char* kShellClassInfo = ".ShellClassInfo";
 constexpr const char* kAutorun = "AUTORUN";
-constexpr int kOK = 1;  // the restore prompts' buttons: slot 0 "Cancel", slot 1 "OK"
 
 ShellFileOperation& FileOperation() {
   static ShellFileOperation op = [](SHFILEOPSTRUCTA& s) { return SHFileOperationA(&s); };
@@ -75,11 +74,11 @@ void ExplorerDefault(EditHost& host) {
   const std::string path = host.ExplorerPath();
   if (IsDriveRoot(path)) {
     // The whole file goes, with anything else it held; the prompt says so.
-    if (modMsgbox::RemoveAutorunInf() == kOK) {
+    if (modMsgbox::RemoveAutorunInf() == modMsgbox::Confirm::OK) {
       DeleteFileA((path + kAutorunInf).c_str());
       host.RebuildIconCache();
     }
-  } else if (modMsgbox::RemoveDesktopIni() == kOK) {
+  } else if (modMsgbox::RemoveDesktopIni() == modMsgbox::Confirm::OK) {
     DeleteFileA((path + kDesktopIni).c_str());
     // Normal drops read-only, hidden and system as well: the folder is plain again.
     SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);

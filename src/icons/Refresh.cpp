@@ -3,15 +3,18 @@
 #include "registry/modCommon.h"
 
 #include "registry/modRegistry.h"
+#include "ui/frmPrompt.h"
 #include "ui/modMsgbox.h"
 #include "ui/seam.h"
 
 namespace vx {
 namespace {
 
+// The help index entry of the rebuild notice's "&Help".
+constexpr const char* kRebuildHelpKeyword = "Icon Cache";
+
 constexpr const char* kShellIconSize = "Shell Icon Size";
 constexpr int kStandardIconSize = 32;
-constexpr int kRestartYes = 1;  // RestartNow's buttons: slot 0 "No", slot 1 "Yes"
 
 }  // namespace
 
@@ -37,13 +40,14 @@ void RebuildIconCache(const Environment& env, RunFlags& flags, const std::functi
 }
 
 void ShowRebuildNotice(const Environment& env, RunFlags& flags) {
-  // RebuildNotice itself honours and records "Dialog Rebuild".
-  modMsgbox::RebuildNotice(env.editionName);
+  // RebuildNotice itself honours and records "Dialog Rebuild"; its "&Help" is ours to open.
+  if (modMsgbox::RebuildNotice(env.editionName) == modMsgbox::RebuildAnswer::Help)
+    ui::GetSeam().OpenHelp(modMsgbox::Owner(), ui::AppHelpFile(), HELP_PARTIALKEY, kRebuildHelpKeyword);
   flags.rebuildCachePending = false;
 }
 
 void PromptRestart(const Environment& env, RunFlags& flags) {
-  const bool yes = modMsgbox::RestartNow() == kRestartYes;
+  const bool yes = modMsgbox::RestartNow() == modMsgbox::RestartAnswer::Yes;
   flags.restartNeeded = false;
   if (yes)
     ui::GetSeam().RestartWindows(env.IsNT());

@@ -253,8 +253,9 @@ void RestoreSettings(SettingsModel& model) {
     if (r.kind == NodeKind::Switch && r.restoreImage && n.image != kImageUnavailable) n.image = r.restoreImage;
     if (r.kind == NodeKind::Number) model.values[r.key] = r.restoreValue;
   }
-  // "Delay Until Clicked" keeps its state, and with it whether the delay is overridden.
-  model.SetImage(kMenuShowDelayKey, model.IsOn(kDelayUntilClickedKey) ? kImageNumberOverridden : kImageNumber);
+  // The delay's node takes the off picture (and with it no editor), whatever "Delay Until Clicked" says:
+  // that is how Restore all Settings has always left it.
+  model.SetImage(kMenuShowDelayKey, kImageOff);
 }
 
 Plan BuildSettingsPlan(const SettingsModel& model, const Environment& env, int currentTab) {
@@ -284,17 +285,18 @@ bool ToggleSetting(SettingsModel& model, const std::string& key, const Environme
   SystemSetting* node = model.Find(key);
   if (!node || !node->row) return false;
   if (node->image == kImageOff) {
-    if (key == kNotepadKey && modMsgbox::NotepadOnAllFiles() != 1) return false;
+    using namespace modMsgbox;
+    if (key == kNotepadKey && NotepadOnAllFiles() != Confirm::OK) return false;
     if (key == kHideNetworkKey) {
-      const int answer = modMsgbox::HideNetworkNeighborhood();  // "&Help", "Cancel", "OK"
-      if (answer == 1) return false;
-      if (answer == 0)
+      const HideNetworkAnswer answer = HideNetworkNeighborhood();
+      if (answer == HideNetworkAnswer::Cancel) return false;
+      if (answer == HideNetworkAnswer::Help)  // the setting's own help, then go ahead
         ui::GetSeam().OpenHelp(modMsgbox::Owner(), ui::AppHelpFile(), HELP_CONTEXTPOPUP,
                                std::to_string(HelpNumber(key)));
     }
-    if (key == kDisableDesktopKey && modMsgbox::DisableDesktop() != 1) return false;
-    if (key == kAllColoursKey && model.screen.bitsPerPixel == 8 && modMsgbox::ColourDepth() == 0)
-      ui::GetSeam().RunCommand("rundll32.exe shell32.dll,Control_RunDLL desk.cpl,,3");  // "&Settings..."
+    if (key == kDisableDesktopKey && DisableDesktop() != Confirm::OK) return false;
+    if (key == kAllColoursKey && model.screen.bitsPerPixel == 8 && ColourDepth() == ColourDepthAnswer::Settings)
+      ui::GetSeam().RunCommand("rundll32.exe shell32.dll,Control_RunDLL desk.cpl,,3");
     if (key == kDelayUntilClickedKey) model.SetImage(kMenuShowDelayKey, kImageNumberOverridden);
     node->image = kImageOn;
   } else if (node->image == kImageOn) {

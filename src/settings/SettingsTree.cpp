@@ -124,6 +124,13 @@ void SettingsTree::scrollShell_Change() {
     page_.SetText(std::to_string(value));
     return;
   }
+  if (!scrollGuard_) {
+    // Showing the node's value, not an edit: the value stays as read (out of bounds or not) until the
+    // user changes it, so an Apply writes nothing the user did not ask for.
+    page_.SetText(std::to_string(TypedNumber(model_.Value(key)).value_or(value)));
+    scrollGuard_ = true;
+    return;
+  }
   const Bounded bounded = BoundValue(model_, key, value);
   if (bounded.value != value) {
     if (bounded.beep) Beep();

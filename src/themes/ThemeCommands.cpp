@@ -43,9 +43,10 @@ ThemeKind KindOf(const std::string& path) {
   return ThemeKind::Unknown;
 }
 
-int ConfirmOverwrite(const std::string& themePath) {
-  const int answer = modMsgbox::OverwriteTheme(NameOf(themePath));
-  return answer < 0 ? 2 : answer;  // -1: the user asked never to be asked again
+modMsgbox::OverwriteAnswer ConfirmOverwrite(const std::string& themePath) {
+  const modMsgbox::OverwriteAnswer answer = modMsgbox::OverwriteTheme(NameOf(themePath));
+  // Not asked: the user asked never to be asked again, which means overwrite.
+  return answer == modMsgbox::OverwriteAnswer::NotAsked ? modMsgbox::OverwriteAnswer::Overwrite : answer;
 }
 
 void NotThemeMessage(const std::string& file) { modMsgbox::InvalidTheme(NameOf(file)); }
@@ -112,8 +113,8 @@ std::string ChooseSavePath(const std::string& currentTheme, bool saveAs, HWND ow
   std::string path;
   if (!saveAs && !currentTheme.empty()) {
     switch (ConfirmOverwrite(currentTheme)) {
-      case 0: return "";
-      case 2: path = currentTheme; break;
+      case modMsgbox::OverwriteAnswer::Cancel: return "";
+      case modMsgbox::OverwriteAnswer::Overwrite: path = currentTheme; break;
       default: break;  // another name
     }
   }

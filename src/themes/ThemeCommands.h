@@ -8,6 +8,7 @@
 
 #include "system/Environment.h"
 #include "themes/Themes.h"
+#include "ui/modMsgbox.h"
 
 namespace vx {
 
@@ -16,9 +17,9 @@ enum class ThemeKind { Own, Plus, Motif, Unknown };
 // By the end of the lower-cased name: ".vxtheme", ".motif", ".theme".
 ThemeKind KindOf(const std::string& path);
 
-// The overwrite question for a theme: 0 cancel, 1 choose another name, 2 overwrite (also when the
-// user asked not to be asked again).
-int ConfirmOverwrite(const std::string& themePath);
+// The overwrite question for a theme: Cancel, OtherName or Overwrite (also when the user asked not to
+// be asked again).
+modMsgbox::OverwriteAnswer ConfirmOverwrite(const std::string& themePath);
 
 // "The file ... does not appear to be a valid theme file."
 void NotThemeMessage(const std::string& file);

@@ -118,6 +118,15 @@ bool SettingsPage::HasChildren(HTREEITEM item) const { return TreeView_GetChild(
 
 void SettingsPage::Expand(HTREEITEM item, bool expand) {
   TreeView_Expand(tree_, item, expand ? TVE_EXPAND : TVE_COLLAPSE);
+  // An expansion asked for by a program sends no notification: the picture follows here.
+  ShowExpansion(item);
+}
+
+void SettingsPage::ShowExpansion(HTREEITEM item) {
+  // A group shows its open picture while expanded.
+  const int image = ImageOf(item);
+  constexpr int closed = TREEI_GROUP_CLOSED + 1, open = TREEI_GROUP_OPEN + 1;
+  if (image == closed || image == open) SetImage(item, Expanded(item) ? open : closed);
 }
 
 void SettingsPage::ExpandAll(bool expand) {
@@ -286,11 +295,7 @@ LRESULT SettingsPage::OnNotify(const NMHDR* hdr) {
       return 0;
     case TVN_ITEMEXPANDEDA:
     case TVN_ITEMEXPANDEDW: {
-      // A group shows its open picture while expanded.
-      const auto* tv = reinterpret_cast<const NMTREEVIEWA*>(hdr);
-      const int image = ImageOf(tv->itemNew.hItem);
-      constexpr int closed = TREEI_GROUP_CLOSED + 1, open = TREEI_GROUP_OPEN + 1;
-      if (image == closed || image == open) SetImage(tv->itemNew.hItem, Expanded(tv->itemNew.hItem) ? open : closed);
+      ShowExpansion(reinterpret_cast<const NMTREEVIEWA*>(hdr)->itemNew.hItem);
       return 0;
     }
     case NM_RCLICK: {

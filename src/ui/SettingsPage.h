@@ -47,6 +47,8 @@ class SettingsPage : public Window {
   bool Expanded(HTREEITEM item) const;
   bool HasChildren(HTREEITEM item) const;
   void Expand(HTREEITEM item, bool expand);
+  // A group's picture from its expanded state.
+  void ShowExpansion(HTREEITEM item);
   void ExpandAll(bool expand);
   // The nodes are all in: the item under the pointer is highlighted from now on (track-select), and
   // Shift+F10 opens the menu.

@@ -17,7 +17,6 @@
 namespace ui {
 namespace {
 
-constexpr const char* kSettingsCommand = "rundll32.exe shell32.dll,Control_RunDLL desk.cpl,,3";
 constexpr int kSlots = 3;
 constexpr UINT kComeForward = WM_APP + 1;
 
@@ -248,16 +247,9 @@ class PromptDialog : public ModalDialog {
     }
   }
 
-  // Every button answers with its slot; two of them also do something on the way out.
-  void Press(int slot) {
-    const std::string& caption = request_.buttons[slot];
-    if (caption == "&Settings...") {
-      GetSeam().RunCommand(kSettingsCommand);
-    } else if (caption == "&Help") {
-      GetSeam().OpenHelp(HelpOwner(), AppHelpFile(), HELP_PARTIALKEY, PromptHelpKeyword(request_.message));
-    }
-    Close(slot);
-  }
+  // Every button only answers with its slot: what a button stands for ("&Help", "&Settings...") is
+  // done by the caller, so nothing is done twice.
+  void Press(int slot) { Close(slot); }
 
   // F1 opens the prompt's own help topic, where it has one.
   void OnHelpKey() {

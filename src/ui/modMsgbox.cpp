@@ -34,11 +34,16 @@ int Ask(std::string message, std::string slot0, std::string slot1, std::string s
   return Show(Request(std::move(message), std::move(slot0), std::move(slot1), std::move(slot2), icon)).result;
 }
 
-int AskRestore(const std::string& editionName, const char* what) {
-  return Ask(Paragraphs({"Restoring all your " + editionName + what +
+template <class Answer>
+Answer As(int slot) {
+  return static_cast<Answer>(slot);
+}
+
+Confirm AskRestore(const std::string& editionName, const char* what) {
+  return As<Confirm>(Ask(Paragraphs({"Restoring all your " + editionName + what +
                              " will return them to Microsoft setup defaults.",
                          kSureContinue}),
-             "Cancel", "OK", "", ui::kIconQuestion);
+             "Cancel", "OK", "", ui::kIconQuestion));
 }
 
 }  // namespace
@@ -55,74 +60,74 @@ int ShowRemembered(const ui::PromptRequest& request, const std::string& memoryVa
   return answer.result;
 }
 
-int RestartLater() {
-  return Ask("One or more of these changes you have made will only take effect the next time you start Windows.",
+void RestartLater() {
+  Ask("One or more of these changes you have made will only take effect the next time you start Windows.",
              "OK", "", "", ui::kIconInformation);
 }
 
-int ColourDepth() {
-  return Ask(Paragraphs({"Your display is currently configured for 256 colours or less.",
+ColourDepthAnswer ColourDepth() {
+  return As<ColourDepthAnswer>(Ask(Paragraphs({"Your display is currently configured for 256 colours or less.",
                          "To use high colour icons, your display's colour palette must be set to either High "
                          "Colour or True Colour.",
                          "You can change your colour palette settings by selecting the \"Settings...\" button "
                          "below."}),
-             "&Settings...", "OK", "", ui::kIconStop);
+             "&Settings...", "OK", "", ui::kIconStop));
 }
 
-int NotepadOnAllFiles() {
-  return Ask(Paragraphs({"Adding Notepad to all files causes conflicts with the Microsoft Office shortcut bar.",
+Confirm NotepadOnAllFiles() {
+  return As<Confirm>(Ask(Paragraphs({"Adding Notepad to all files causes conflicts with the Microsoft Office shortcut bar.",
                          kSureChange}),
-             "Cancel", "OK", "", ui::kIconQuestion);
+             "Cancel", "OK", "", ui::kIconQuestion));
 }
 
-int HideNetworkNeighborhood() {
-  return Ask(Paragraphs({"Hiding Network Neighborhood disables shell support for Universal Naming Convention "
+HideNetworkAnswer HideNetworkNeighborhood() {
+  return As<HideNetworkAnswer>(Ask(Paragraphs({"Hiding Network Neighborhood disables shell support for Universal Naming Convention "
                          "(UNC) notation.",
                          kSureChange}),
-             "&Help", "Cancel", "OK", ui::kIconExclamation);
+             "&Help", "Cancel", "OK", ui::kIconExclamation));
 }
 
-int DisableDesktop() {
-  return Ask(Paragraphs({"Disabling the Desktop causes a conflict with Internet Explorer 4.0 which may make this "
+Confirm DisableDesktop() {
+  return As<Confirm>(Ask(Paragraphs({"Disabling the Desktop causes a conflict with Internet Explorer 4.0 which may make this "
                          "change irreversable.",
                          kSureChange}),
-             "Cancel", "OK", "", ui::kIconExclamation);
+             "Cancel", "OK", "", ui::kIconExclamation));
 }
 
-int RestoreAllPointers(const std::string& editionName) { return AskRestore(editionName, " pointers"); }
-int RestoreAllIcons(const std::string& editionName) { return AskRestore(editionName, " system icons"); }
-int RestoreAllSettings(const std::string& editionName) { return AskRestore(editionName, " system settings"); }
+Confirm RestoreAllPointers(const std::string& editionName) { return AskRestore(editionName, " pointers"); }
+Confirm RestoreAllIcons(const std::string& editionName) { return AskRestore(editionName, " system icons"); }
+Confirm RestoreAllSettings(const std::string& editionName) { return AskRestore(editionName, " system settings"); }
 
-int SaveBeforeClosing() {
-  return Ask("Would you like to save your changes before closing?", "&Cancel", "No", "Yes", ui::kIconQuestion);
+SaveAnswer SaveBeforeClosing() {
+  return As<SaveAnswer>(Ask("Would you like to save your changes before closing?", "&Cancel", "No", "Yes", ui::kIconQuestion));
 }
 
-int InvalidTheme(const std::string& fileName) {
-  return Ask("The file " + fileName + " does not appear to be a valid theme file.", "OK", "", "", ui::kIconStop);
+void InvalidTheme(const std::string& fileName) {
+  Ask("The file " + fileName + " does not appear to be a valid theme file.", "OK", "", "", ui::kIconStop);
 }
 
-int ThemeNotLocal(const std::string& path, const std::string& where) {
-  return Ask(Paragraphs({"The theme " + path + " was not opened, because it is on " + where + ".",
+void ThemeNotLocal(const std::string& path, const std::string& where) {
+  Ask(Paragraphs({"The theme " + path + " was not opened, because it is on " + where + ".",
                          "Copy it to a folder of this computer and open it from there."}),
              "OK", "", "", ui::kIconStop);
 }
 
-int OverwriteTheme(const std::string& themeName) {
+OverwriteAnswer OverwriteTheme(const std::string& themeName) {
   ui::PromptRequest r = Request(
       Paragraphs({"Are you sure you want to overwrite the Icon Theme:", themeName,
                   "If you tick the box below, theme files will automatically be overwritten when you click save."}),
       "&Cancel", "No", "Yes", ui::kIconQuestion);
   r.checkBox = "Do not ask me this question next time";
-  return ShowRemembered(r, "Dialog Overwrite");
+  return As<OverwriteAnswer>(ShowRemembered(r, "Dialog Overwrite"));
 }
 
-int RestartNow() {
-  return Ask(Paragraphs({"You will need to restart your computer for one or more of these changes to take effect.",
+RestartAnswer RestartNow() {
+  return As<RestartAnswer>(Ask(Paragraphs({"You will need to restart your computer for one or more of these changes to take effect.",
                          "Would you like to restart your computer now?"}),
-             "No", "Yes", "", ui::kIconQuestion);
+             "No", "Yes", "", ui::kIconQuestion));
 }
 
-int RebuildNotice(const std::string& editionName) {
+RebuildAnswer RebuildNotice(const std::string& editionName) {
   ui::PromptRequest r = Request(
       Paragraphs({"Vexillor has notified " + editionName + " of your changes.",
                   "Windows 95 and Windows NT contains flaws that can cause these changes to be ignored under "
@@ -133,23 +138,23 @@ int RebuildNotice(const std::string& editionName) {
       "&Help", "OK", "", ui::kIconExclamation);
   r.checkBox = "Do not show this dialog again";
   r.helpTopic = 4600;
-  return ShowRemembered(r, "Dialog Rebuild");
+  return As<RebuildAnswer>(ShowRemembered(r, "Dialog Rebuild"));
 }
 
-int EmptyName() {
-  return Ask("You must provide a name for your system icon.", "OK", "", "", ui::kIconExclamation);
+void EmptyName() {
+  Ask("You must provide a name for your system icon.", "OK", "", "", ui::kIconExclamation);
 }
 
-int RemoveDesktopIni() {
-  return Ask(Paragraphs({"Restoring this icon will remove the 'desktop.ini' file from the selected folder.",
+Confirm RemoveDesktopIni() {
+  return As<Confirm>(Ask(Paragraphs({"Restoring this icon will remove the 'desktop.ini' file from the selected folder.",
                          kSureContinue}),
-             "Cancel", "OK", "", ui::kIconQuestion);
+             "Cancel", "OK", "", ui::kIconQuestion));
 }
 
-int RemoveAutorunInf() {
-  return Ask(Paragraphs({"Restoring this icon will remove the 'autorun.inf' file from the selected hard drive.",
+Confirm RemoveAutorunInf() {
+  return As<Confirm>(Ask(Paragraphs({"Restoring this icon will remove the 'autorun.inf' file from the selected hard drive.",
                          kSureContinue}),
-             "Cancel", "OK", "", ui::kIconQuestion);
+             "Cancel", "OK", "", ui::kIconQuestion));
 }
 
 int ApplyFailed(const std::vector<std::string>& failed, bool stopped, bool administrator) {
@@ -177,8 +182,8 @@ int InterruptedApply() {
              "No", "Yes", "", ui::kIconQuestion);
 }
 
-int NothingToRestore() {
-  return Ask("You must select a customised folder or hard drive before it can be restored to the default icon.",
+void NothingToRestore() {
+  Ask("You must select a customised folder or hard drive before it can be restored to the default icon.",
              "OK", "", "", ui::kIconInformation);
 }
 

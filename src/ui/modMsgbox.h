@@ -21,25 +21,36 @@ ui::PromptAnswer Show(const ui::PromptRequest& request);
 // -1); writes 1 there when the check box was ticked.
 int ShowRemembered(const ui::PromptRequest& request, const std::string& memoryValue);
 
-int RestartLater();
-int ColourDepth();
-int NotepadOnAllFiles();
-int HideNetworkNeighborhood();
-int DisableDesktop();
-int RestoreAllPointers(const std::string& editionName);
-int RestoreAllIcons(const std::string& editionName);
-int RestoreAllSettings(const std::string& editionName);
-int SaveBeforeClosing();
-int InvalidTheme(const std::string& fileName);
+// The answers, one set per kind of prompt; each value is its button's slot. A prompt only answers:
+// what a button stands for ("&Help", "&Settings...") is done by its caller.
+enum class Confirm { Cancel = 0, OK = 1 };  // "Cancel", "OK"
+enum class ColourDepthAnswer { Settings = 0, OK = 1 };
+enum class HideNetworkAnswer { Help = 0, Cancel = 1, OK = 2 };
+enum class SaveAnswer { Cancel = 0, No = 1, Yes = 2 };
+enum class OverwriteAnswer { Cancel = 0, OtherName = 1, Overwrite = 2, NotAsked = -1 };
+enum class RestartAnswer { No = 0, Yes = 1 };
+enum class RebuildAnswer { Help = 0, OK = 1, NotShown = -1 };
+
+// Notices with one "OK" button answer nothing.
+void RestartLater();
+ColourDepthAnswer ColourDepth();
+Confirm NotepadOnAllFiles();
+HideNetworkAnswer HideNetworkNeighborhood();
+Confirm DisableDesktop();
+Confirm RestoreAllPointers(const std::string& editionName);
+Confirm RestoreAllIcons(const std::string& editionName);
+Confirm RestoreAllSettings(const std::string& editionName);
+SaveAnswer SaveBeforeClosing();
+void InvalidTheme(const std::string& fileName);
 // A theme named on the command line that lives on the network or a device; `where` says which.
-int ThemeNotLocal(const std::string& path, const std::string& where);
-int OverwriteTheme(const std::string& themeName);  // -1 when remembered
-int RestartNow();
-int RebuildNotice(const std::string& editionName);  // -1 when remembered
-int EmptyName();
-int RemoveDesktopIni();
-int RemoveAutorunInf();
-int NothingToRestore();
+void ThemeNotLocal(const std::string& path, const std::string& where);
+OverwriteAnswer OverwriteTheme(const std::string& themeName);  // NotAsked when remembered
+RestartAnswer RestartNow();
+RebuildAnswer RebuildNotice(const std::string& editionName);  // NotShown when remembered
+void EmptyName();
+Confirm RemoveDesktopIni();
+Confirm RemoveAutorunInf();
+void NothingToRestore();
 // After an Apply in which steps failed: names them in the user's words; `stopped` when the run ended
 // at the failure; `administrator` when some of them are kept for every user of the computer.
 int ApplyFailed(const std::vector<std::string>& failed, bool stopped, bool administrator);

@@ -4,6 +4,7 @@
 
 #include "MainWindowFixture.h"
 #include "registry/modRegistry.h"
+#include "ids_art.h"
 #include "resource.h"
 #include "settings/SettingsFixture.h"
 #include "support/KeySnapshot.h"
@@ -147,6 +148,46 @@ TEST_F(ShellTab, RestoreAllIconsWalksTheTabsAndWritesNothing) {
   EXPECT_EQ(m->CurrentTab(), kTabOthers);
   m->flags.restartLater = false;
   seam.promptAnswers.push_back({1, false});
+  SendMessageA(m->hwnd(), WM_CLOSE, 0, 0);
+}
+
+// The node recorded as selected is shown, not edited: a stored value out of bounds stays as read until
+// the user changes it. Group pictures follow Collapse All and Expand All; Restore all Settings leaves
+// the delay's node with the off picture and no editor.
+TEST_F(ShellTab, TheRecordedNodeIsShownNotEditedAndPicturesFollowTheirState) {
+  const Environment env = DetectEnvironment();
+  modRegistry::SaveString(kDesktopKey, "DoubleClickWidth", "99");  // above the bound of 32
+  modRegistry::SaveString(kSettingsKey, "Selected", "Double Click Width");
+  auto m = Open("", env);
+  m->SelectTab(kTabShell);
+  SettingsTree& tree = m->settingsTree();
+  ASSERT_EQ(tree.SelectedKey(), "Double Click Width");
+  EXPECT_TRUE(tree.page().EditorShown());
+  EXPECT_EQ(tree.page().Text(), "99");
+  EXPECT_FALSE(m->applyEnabled());
+  Toggle(*m, "Font Smoothing");  // an Apply for another reason
+  m->OnCommand(IDC_APPLY);
+  EXPECT_EQ(modRegistry::GetString(kDesktopKey, "DoubleClickWidth"), "99");
+
+  const int closed = TREEI_GROUP_CLOSED + 1, open = TREEI_GROUP_OPEN + 1;
+  for (int command : {ui::SettingsPage::kExpandAll, ui::SettingsPage::kCollapseAll, ui::SettingsPage::kExpandAll}) {
+    tree.mnuRClickItem_Click(command);
+    for (const SystemSetting& n : tree.model().nodes) {
+      HTREEITEM item = tree.Item(n.key);
+      if (n.row->kind != NodeKind::Group || !tree.page().HasChildren(item)) continue;
+      EXPECT_EQ(tree.page().ImageOf(item), tree.page().Expanded(item) ? open : closed) << n.key << " " << command;
+      EXPECT_EQ(tree.page().Expanded(item), command == ui::SettingsPage::kExpandAll) << n.key;
+    }
+  }
+
+  tree.SelectKey(kMenuShowDelayKey);
+  EXPECT_TRUE(tree.page().EditorShown());
+  seam.promptAnswers.push_back({1, false});  // OK
+  m->OnCommand(IDM_TOOLS_RESTORE_SETTINGS);
+  EXPECT_EQ(tree.page().ImageOf(tree.Item(kMenuShowDelayKey)), kImageOff);
+  EXPECT_FALSE(tree.page().EditorShown());
+  m->flags.restartLater = false;
+  seam.promptAnswers.push_back({1, false});  // "No" to saving
   SendMessageA(m->hwnd(), WM_CLOSE, 0, 0);
 }
 

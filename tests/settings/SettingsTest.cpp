@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "apply/Executor.h"
+#include "icons/Refresh.h"
 #include "settings/Settings.h"
 #include "settings/SettingsFixture.h"
 #include "support/ScriptedSeam.h"
@@ -100,9 +101,9 @@ TEST_F(Settings, NumericTextsAndTheDelayUntilClicked) {
     EXPECT_EQ(m.Value(kMenuShowDelayKey), c.delay);
     EXPECT_EQ(m.IsOn(kDelayUntilClickedKey), c.clicked);
     EXPECT_EQ(m.Image(kMenuShowDelayKey), c.clicked ? kImageNumberOverridden : kImageNumber);
-    RestoreSettings(m);  // the delay goes back to 400; the click, and the override with it, stay
+    RestoreSettings(m);  // the delay goes back to 400 with the off picture; the click stays
     EXPECT_EQ(m.Value(kMenuShowDelayKey) + (m.IsOn(kDelayUntilClickedKey) ? " clicked" : ""), c.clicked ? "400 clicked" : "400");
-    EXPECT_EQ(m.Image(kMenuShowDelayKey), c.clicked ? kImageNumberOverridden : kImageNumber);
+    EXPECT_EQ(m.Image(kMenuShowDelayKey), kImageOff);
   }
 }
 
@@ -281,6 +282,31 @@ TEST_F(Settings, BoundsTypedNumbersAndHelpNumbers) {
   const std::pair<const char*, int> help[] = {{"Drag", 42}, {"Wallpaper Vertical Origin", 58}, {"Display Splash Screen", 60},
                                               {"Restore Window Position", 62}, {"Delay Until Clicked", 57}};
   for (const auto& [key, n] : help) EXPECT_EQ(HelpNumber(key), n) << key;
+}
+
+// The buttons that do something besides answering, pressed in the real dialog: each action happens once.
+TEST_F(Settings, APromptButtonThatActsActsOnce) {
+  const Environment env = Env("Win98", false);
+  SettingsModel m = ReadSettings(env, ScreenInfo{8, 800, 600});
+  vxtest::RegistryScope memory{{vxtest::kProgramKey}};  // the rebuild notice is shown, whatever was remembered
+  RunFlags flags;
+  const struct { const char* name; std::function<void()> show; const char* press; size_t commands, helps; } cases[] = {
+      {"colour depth", [&] { m.SetImage(kAllColoursKey, kImageOff); ToggleSetting(m, kAllColoursKey, env, flags); },
+       "&Settings...", 1, 0},
+      {"hide Network Neighborhood",
+       [&] { m.SetImage(kHideNetworkKey, kImageOff); ToggleSetting(m, kHideNetworkKey, env, flags); }, "&Help", 0, 1},
+      {"rebuild notice", [&] { ShowRebuildNotice(env, flags); }, "&Help", 0, 1},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    seam.commands.clear(), seam.helpCalls.clear(), seam.prompts.clear();
+    seam.presses = {c.press};
+    c.show();
+    EXPECT_EQ(seam.prompts.size(), 1u);
+    EXPECT_TRUE(seam.presses.empty());
+    EXPECT_EQ(seam.commands.size(), c.commands);
+    EXPECT_EQ(seam.helpCalls.size(), c.helps);
+  }
 }
 
 }  // namespace

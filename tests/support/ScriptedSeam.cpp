@@ -15,9 +15,37 @@ T Next(std::deque<T>& script, T none) {
 
 }  // namespace
 
-ui::PromptAnswer ScriptedSeam::ShowPrompt(HWND, const ui::PromptRequest& r) {
+// Clicks the button of a caption in the prompt of this thread once it is shown; a prompt without such
+// a button is closed after a while, so that a test cannot hang.
+struct Presser {
+  static inline std::string caption;
+  static inline int ticks = 0;
+  static void CALLBACK Tick(HWND, UINT, UINT_PTR timer, DWORD) {
+    HWND dialog = FindWindowA("#32770", "Vexillor");
+    if (!dialog || !IsWindowVisible(dialog) || GetWindowThreadProcessId(dialog, nullptr) != GetCurrentThreadId()) {
+      if (++ticks > 400) KillTimer(nullptr, timer);
+      return;
+    }
+    KillTimer(nullptr, timer);
+    for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+      char text[128] = {};
+      GetWindowTextA(child, text, sizeof text);
+      if (caption == text && IsWindowVisible(child)) {
+        SendMessageA(child, BM_CLICK, 0, 0);
+        return;
+      }
+    }
+    EndDialog(dialog, IDCANCEL);
+  }
+};
+
+ui::PromptAnswer ScriptedSeam::ShowPrompt(HWND owner, const ui::PromptRequest& r) {
   prompts.push_back(r);
-  return Next(promptAnswers, ui::PromptAnswer{});
+  if (presses.empty()) return Next(promptAnswers, ui::PromptAnswer{});
+  Presser::caption = Next(presses, std::string());
+  Presser::ticks = 0;
+  SetTimer(nullptr, 0, 25, &Presser::Tick);
+  return ui::RealSeam().ShowPrompt(owner, r);
 }
 
 bool ScriptedSeam::ChooseIcon(HWND, std::string& file, int16_t& index) {

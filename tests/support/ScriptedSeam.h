@@ -12,6 +12,9 @@ class ScriptedSeam : public ui::Seam {
  public:
   // Answers, consumed in order. A prompt with no scripted answer gets slot 0 and no tick.
   std::deque<ui::PromptAnswer> promptAnswers;
+  // Buttons to press, consumed in order before promptAnswers: the prompt is shown as the real dialog
+  // and the button of that caption clicked in it, so what the dialog itself does is seen too.
+  std::deque<std::string> presses;
   struct IconChoice { bool ok; std::string file; int16_t index; };
   std::deque<IconChoice> iconChoices;
   std::deque<std::optional<std::string>> names;
