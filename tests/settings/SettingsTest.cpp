@@ -290,22 +290,25 @@ TEST_F(Settings, APromptButtonThatActsActsOnce) {
   SettingsModel m = ReadSettings(env, ScreenInfo{8, 800, 600});
   vxtest::RegistryScope memory{{vxtest::kProgramKey}};  // the rebuild notice is shown, whatever was remembered
   RunFlags flags;
-  const struct { const char* name; std::function<void()> show; const char* press; size_t commands, helps; } cases[] = {
+  const struct { const char* name; std::function<void()> show; const char* press; size_t commands, helps, restarts = 0; }
+      cases[] = {
       {"colour depth", [&] { m.SetImage(kAllColoursKey, kImageOff); ToggleSetting(m, kAllColoursKey, env, flags); },
        "&Settings...", 1, 0},
       {"hide Network Neighborhood",
        [&] { m.SetImage(kHideNetworkKey, kImageOff); ToggleSetting(m, kHideNetworkKey, env, flags); }, "&Help", 0, 1},
       {"rebuild notice", [&] { ShowRebuildNotice(env, flags); }, "&Help", 0, 1},
+      {"restart now", [&] { PromptRestart(env, flags); }, "Yes", 0, 0, 1},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    seam.commands.clear(), seam.helpCalls.clear(), seam.prompts.clear();
+    seam.commands.clear(), seam.helpCalls.clear(), seam.prompts.clear(), seam.restarts.clear();
     seam.presses = {c.press};
     c.show();
     EXPECT_EQ(seam.prompts.size(), 1u);
     EXPECT_TRUE(seam.presses.empty());
     EXPECT_EQ(seam.commands.size(), c.commands);
     EXPECT_EQ(seam.helpCalls.size(), c.helps);
+    EXPECT_EQ(seam.restarts.size(), c.restarts);
   }
 }
 
