@@ -9,6 +9,7 @@
 #include "MainWindowFixture.h"
 #include "app/CommandLine.h"
 #include "apply/Journal.h"
+#include "registry/modCommon.h"
 #include "registry/modRegistry.h"
 #include "resource.h"
 #include "support/KeySnapshot.h"
@@ -88,6 +89,9 @@ TEST_F(ThemeCommandLine, ApplyAndQuietRunsSayWhatHappened) {
       // Nothing usable: nothing applied, and the code says so.
       {"nothing usable", {{"Closed Folder", "CONIN$"}, {"Busy", "nul.ani,0"}}, "/q /a ", vx::kExitNothingLoaded, "",
        "nothing in the theme could be loaded"},
+      // The program's own file by another spelling is still its own default pointer: nothing to write.
+      {"own file", {{"Closed Folder", "%WinSysDir%shell32.dll,16"}, {"Busy", "%AppDir%.\\VEXILLOR.exe,3"}}, "/q /a ",
+       vx::kExitOk, "shell32.dll,16", "write: "},
       {"usage", {}, "/q /n /a C:\\x.vxtheme", vx::kExitThemeNotOpened, "", "usage error: "},
       {"theme on a share", {}, "/q /a \\\\evil\\s\\x.vxtheme", vx::kExitThemeNotOpened, "", "(a network share)"},
   };
@@ -101,6 +105,7 @@ TEST_F(ThemeCommandLine, ApplyAndQuietRunsSayWhatHappened) {
     EXPECT_EQ(Override("3"), *c.closedFolder ? env.systemFolder + "\\" + c.closedFolder : before);
     for (const char* number : {"4", "36"}) EXPECT_EQ(Override(number).find("evil"), std::string::npos);
     EXPECT_EQ(Override("36").find("LPT1"), std::string::npos);
+    EXPECT_EQ(LowerAscii(modRegistry::GetString(vx::kCursorsKey, "Wait")).find("vexillor"), std::string::npos);
     const std::string lines = Log();
     if (!c.logged) {
       EXPECT_EQ(Override("4"), env.systemFolder + "\\shell32.dll,8");
