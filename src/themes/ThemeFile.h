@@ -1,6 +1,6 @@
 #pragma once
-// modMacros: one value of a theme file, written and read through the system's profile calls only (the
-// program never parses a theme file itself), with the machine's folders written as path macros so that
+// modMacros: one value of a theme file, written through the system's profile calls and read by the
+// program's own reader (ThemeText, below), with the machine's folders written as path macros so that
 // a theme moves between machines and Windows folders.
 #include <string>
 #include <vector>
@@ -38,7 +38,7 @@ bool WriteThemeEntry(const std::string& section, const std::string& key, const s
                      const std::string& file, const Environment& env);
 
 // One value with its macro expanded: at most 126 characters (the read is 127 characters wide), ""
-// when the key is absent or empty.
+// when the key is absent, empty or holds a character the ANSI code page cannot hold.
 std::string ReadThemeEntry(const std::string& section, const std::string& key, const std::string& file,
                            const Environment& env);
 
