@@ -80,7 +80,7 @@ bool IsDeviceName(std::string_view component) {
   return false;
 }
 
-LocationRisk PathRisk(const std::string& path) {
+LocationRisk PathRisk(const std::string& path, DriveTypes& drives) {
   const std::string_view s(path);
   if (s.size() >= 2 && IsSlash(s[0]) && IsSlash(s[1])) {
     const bool raw = s.size() >= 3 && (s[2] == '?' || s[2] == '.') && (s.size() == 3 || IsSlash(s[3]));
@@ -97,8 +97,7 @@ LocationRisk PathRisk(const std::string& path) {
     if (!slashBefore && before.size() >= 2) return LocationRisk::Address;
     if (!(firstColon == 1 && IsLetter(s[0]))) return LocationRisk::Stream;
     if (s.find(':', 2) != std::string_view::npos) return LocationRisk::Stream;
-    const char root[] = {s[0], ':', '\\', '\0'};
-    if (GetDriveTypeA(root) == DRIVE_REMOTE) return LocationRisk::NetworkDrive;
+    if (drives.Of(s[0]) == DRIVE_REMOTE) return LocationRisk::NetworkDrive;
   }
   size_t start = 0;
   for (size_t i = 0; i <= s.size(); ++i) {
@@ -130,7 +129,20 @@ std::string ShellForm(const std::string& location) {
   return WithoutQuotes(Expand(WithoutQuotes(location), unset));
 }
 
-LocationRisk CheckLocation(const std::string& location) {
+UINT DriveTypes::Of(char letter) {
+  const int i = (letter | 0x20) - 'a';
+  if (i < 0 || i >= 26) return DRIVE_UNKNOWN;
+  if (!known_[i]) {
+    const char root[] = {static_cast<char>('A' + i), ':', '\\', '\0'};
+    types_[i] = GetDriveTypeA(root);
+    known_[i] = true;
+  }
+  return types_[i];
+}
+
+LocationRisk CheckLocation(const std::string& location, DriveTypes* shared) {
+  DriveTypes own;
+  DriveTypes& drives = shared ? *shared : own;
   bool unset = false;
   const std::string quoted = WithoutQuotes(location);
   const std::string expanded = WithoutQuotes(Expand(quoted, unset));
@@ -140,7 +152,7 @@ LocationRisk CheckLocation(const std::string& location) {
     // in case a comma is part of a file name.
     const size_t comma = form->rfind(',');
     for (const std::string& path : {*form, comma == std::string::npos ? *form : TrimSpaces(form->substr(0, comma))}) {
-      const LocationRisk risk = PathRisk(path);
+      const LocationRisk risk = PathRisk(path, drives);
       if (risk != LocationRisk::None) return risk;
     }
   }

@@ -29,8 +29,19 @@ const char* RiskText(LocationRisk risk);
 // even where the environment does not have it (Windows 95 and 98), as the icon lists read it.
 std::string ShellForm(const std::string& location);
 
-// None when the location may be shown and written.
-LocationRisk CheckLocation(const std::string& location);
+// The type of each drive letter, asked of the system once for as long as it lives (one theme load):
+// the question can take milliseconds, and a theme names the same drive in nearly every value.
+class DriveTypes {
+ public:
+  UINT Of(char letter);
+
+ private:
+  UINT types_[26] = {};
+  bool known_[26] = {};
+};
+
+// None when the location may be shown and written. `drives` shares the drive types between calls.
+LocationRisk CheckLocation(const std::string& location, DriveTypes* drives = nullptr);
 
 // The same file, by full path (".", ".." and "/" resolved, letter case ignored), not by text.
 bool SameFile(const std::string& a, const std::string& b);

@@ -88,13 +88,14 @@ LoadReport LoadEntries(ThemeFormat format, const std::string& file, const Enviro
   const std::vector<ThemeEntry> entries = ThemeEntries(format, env);
   const ThemeText text = ThemeText::Read(file);
   const ThemeFolders folders = FoldersFor(env, file);
+  DriveTypes drives;
   for (size_t i = 0; i < entries.size(); ++i) {
     const ThemeEntry& e = entries[i];
     const ThemeValue* read = text.Find(e.section, e.key);
     if (read && !read->text.empty()) {
       std::string value = ExpandMacros(read->text, folders);
       if (format != ThemeFormat::Own) value = ImportedValue(e, value);
-      const LocationRisk risk = read->foreign ? LocationRisk::None : CheckLocation(value);
+      const LocationRisk risk = read->foreign ? LocationRisk::None : CheckLocation(value, &drives);
       if (read->foreign)
         report.refused.push_back({e.tab, e.listKey, e.section, e.key, read->text, kForeignText});
       else if (risk != LocationRisk::None)
