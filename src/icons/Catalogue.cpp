@@ -1,11 +1,11 @@
 #include "icons/Catalogue.h"
-#include "system/Location.h"
 
 #include <windows.h>
 #include <shellapi.h>
 
 #include "registry/modCommon.h"
 #include "registry/modRegistry.h"
+#include "system/Location.h"
 #include "ui/ListBoxIcons.h"
 
 namespace vx {

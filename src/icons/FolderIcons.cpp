@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "registry/modCommon.h"
+#include "system/Location.h"
 #include "ui/modMsgbox.h"
 
 namespace vx {
@@ -119,7 +120,10 @@ std::string DeclaredIcon(const std::string& path) {
 
 std::string FolderIconInfo(const std::string& path, const std::string& systemFolder) {
   SHFILEINFOA info{};
-  SHGetFileInfoA(path.c_str(), 0, &info, sizeof info, SHGFI_ICONLOCATION);
+  {
+    QuietDriveErrors noDiskBox;
+    SHGetFileInfoA(path.c_str(), 0, &info, sizeof info, SHGFI_ICONLOCATION);
+  }
   const std::string file = StripNull(std::string(info.szDisplayName, sizeof info.szDisplayName));
   const bool shellDefault = UpperAscii(file) == UpperAscii(systemFolder + "\\shell32.dll");
   if (UsablePath(file) && !shellDefault) return file + "," + std::to_string(info.iIcon);

@@ -1,8 +1,8 @@
 #include "icons/IconEdits.h"
-#include "system/Location.h"
 
 #include "icons/FolderIcons.h"
 #include "registry/modCommon.h"
+#include "system/Location.h"
 #include "ui/ListBoxIcons.h"
 #include "ui/seam.h"
 #include "ui/win.h"

@@ -7,6 +7,7 @@
 #include "registry/modCommon.h"
 #include "registry/modRegistry.h"
 #include "system/Keys.h"
+#include "system/Location.h"
 #include "ui/frmPrompt.h"
 #include "ui/modMsgbox.h"
 #include "ui/seam.h"
@@ -27,7 +28,7 @@ bool TextRule(const SettingRow& r, const std::string& text, const Environment& e
     case OnWhen::Is: return text == r.match;
     case OnWhen::IsNot: return text != r.match;
     case OnWhen::IsOrEmpty: return text == r.match || text.empty();
-    case OnWhen::IsProgramPath: return LowerAscii(text) == LowerAscii(env.exePath);
+    case OnWhen::IsProgramPath: return SameFile(text, env.exePath);
     default: return false;
   }
 }

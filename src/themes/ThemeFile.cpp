@@ -1,9 +1,9 @@
 #include "themes/ThemeFile.h"
-#include "system/Location.h"
 
 #include <windows.h>
 
 #include "registry/modCommon.h"
+#include "system/Location.h"
 
 namespace vx {
 namespace {

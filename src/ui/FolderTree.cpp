@@ -8,6 +8,7 @@
 #include <unordered_set>
 
 #include "registry/modRegistry.h"
+#include "system/Location.h"
 
 namespace ui {
 
@@ -18,16 +19,7 @@ const char* const kExplorerAdvanced =
     "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Advanced";
 
 // An empty floppy or CD drive must not make Windows ask the user to insert a disk.
-class QuietDriveErrors {
- public:
-  QuietDriveErrors() : old_(SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX)) {}
-  ~QuietDriveErrors() { SetErrorMode(old_); }
-  QuietDriveErrors(const QuietDriveErrors&) = delete;
-  QuietDriveErrors& operator=(const QuietDriveErrors&) = delete;
-
- private:
-  UINT old_;
-};
+using vx::QuietDriveErrors;
 
 std::string Upper(std::string s) {
   if (!s.empty()) CharUpperBuffA(s.data(), static_cast<DWORD>(s.size()));

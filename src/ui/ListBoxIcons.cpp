@@ -1,5 +1,4 @@
 #include "ui/ListBoxIcons.h"
-#include "system/Location.h"
 
 #include <shellapi.h>
 #include <windowsx.h>
@@ -11,6 +10,7 @@
 #include <stdexcept>
 
 #include "registry/modCommon.h"
+#include "system/Location.h"
 #include "ui/win.h"
 
 namespace ui {

@@ -1,5 +1,4 @@
 #include "ui/frmChangeIcon.h"
-#include "system/Location.h"
 
 #include <shellapi.h>
 #include <windowsx.h>
@@ -7,6 +6,7 @@
 #include <algorithm>
 
 #include "ids_picker.h"
+#include "system/Location.h"
 #include "ui/seam.h"
 #include "ui/win.h"
 

@@ -97,6 +97,19 @@ TEST(Location, TheProgramsOwnFileIsKnownByItsFullPath) {
   for (const auto& c : cases) EXPECT_EQ(vx::SameFile(c.a, c.b), c.same) << c.a;
 }
 
+// Around icon drawing a missing disk raises no box; the mode before comes back afterwards.
+TEST(Location, DriveErrorsAreQuietForTheScopeOnly) {
+  const UINT before = SetErrorMode(SEM_NOALIGNMENTFAULTEXCEPT);
+  UINT inside = 0;
+  {
+    vx::QuietDriveErrors quiet;
+    inside = SetErrorMode(0);
+    SetErrorMode(inside);
+  }
+  EXPECT_EQ(inside, static_cast<UINT>(SEM_NOALIGNMENTFAULTEXCEPT | SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX));
+  EXPECT_EQ(SetErrorMode(before), static_cast<UINT>(SEM_NOALIGNMENTFAULTEXCEPT));
+}
+
 TEST(ThemeEntry, WriteAndReadThroughTheProfileCalls) {
   vxtest::ScratchFolder folder("vxmacros");
   const std::string file = folder.File("t.vxtheme");
