@@ -1,5 +1,7 @@
-// Generated hostile theme files go through the load and both imports: nothing may crash or hang, and no
-// network or device location may reach a list (drawn through ExtractIconA) or an Apply plan.
+// Generated hostile theme files (shares behind quotes and variables, devices, addresses, streams, UTF-8
+// and UTF-16 with characters no code page holds, long lines and odd values) go through the load and
+// both imports: nothing may crash or hang, every refusal has a reason, and no network or device
+// location may reach a list (drawn through ExtractIconA) or an Apply plan.
 #include <gtest/gtest.h>
 #include <shlwapi.h>
 
