@@ -5,6 +5,8 @@
 
 #include <cstdio>
 
+#include "registry/LaterApi.h"
+
 namespace vx {
 
 CommandLine ParseCommandLine(const std::string& text) {
@@ -14,10 +16,9 @@ CommandLine ParseCommandLine(const std::string& text) {
 }
 
 std::string DefaultLogPath() {
-  char folder[MAX_PATH] = {};
-  if (FAILED(SHGetFolderPathA(nullptr, CSIDL_APPDATA | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT, folder)))
-    return "";
-  return std::string(folder) + "\\Vexillor\\vexillor.log";
+  const std::string folder = later::AppDataFolder(true);
+  if (folder.empty()) return "";
+  return folder + "\\Vexillor\\vexillor.log";
 }
 
 class QuietRun::Seam : public ui::Seam {
