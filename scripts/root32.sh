@@ -21,7 +21,7 @@ ensure() {
   # One maker at a time; a second caller waits and then finds the root ready.
   exec 9>"$root.lock"
   flock 9
-  [ -f "$root/.ready" ] && return 0
+  if [ -f "$root/.ready" ]; then exec 9>&-; return 0; fi
   command -v debootstrap >/dev/null || {
     $SUDO apt-get update -qq >/dev/null
     DEBIAN_FRONTEND=noninteractive $SUDO apt-get install -y -qq --no-install-recommends debootstrap >/dev/null
@@ -53,6 +53,7 @@ ensure() {
   $SUDO touch "$work/.ready"
   $SUDO rm -rf "$root"
   $SUDO mv "$work" "$root"
+  exec 9>&-
 }
 
 case "${1:-}" in
