@@ -177,7 +177,7 @@ void CompleteJournal(const std::string& path) {
 }
 
 std::string JournalPath() {
-  std::string dir = later::AppDataFolder();
+  std::string dir = later::AppDataFolder(true);  // made where missing, as Windows 95 may lack it
   if (dir.empty()) {
     char temp[MAX_PATH] = {};
     GetTempPathA(MAX_PATH, temp);
