@@ -77,6 +77,28 @@ std::string AppDataFolder(bool create) {
   return folder;
 }
 
+std::string SystemFolderPath(const std::string& path) {
+  if (!IsWow64()) return path;
+  using Fn = UINT(WINAPI*)(LPSTR, UINT);
+  static const std::string wow64Folder = [] {
+    auto get = Find<Fn>("kernel32.dll", "GetSystemWow64DirectoryA");
+    char folder[MAX_PATH] = {};
+    const UINT n = get ? get(folder, MAX_PATH) : 0;
+    return n > 0 && n < MAX_PATH ? WithoutTrailingSlash(std::string(folder, n)) : std::string();
+  }();
+  static const std::string systemFolder = [] {
+    char folder[MAX_PATH] = {};
+    const UINT n = GetSystemDirectoryA(folder, MAX_PATH);
+    return n > 0 && n < MAX_PATH ? WithoutTrailingSlash(std::string(folder, n)) : std::string();
+  }();
+  const size_t n = wow64Folder.size();
+  if (n == 0 || systemFolder.empty() || path.size() <= n || path[n] != '\\' ||
+      CompareStringA(LOCALE_SYSTEM_DEFAULT, NORM_IGNORECASE, path.data(), static_cast<int>(n), wow64Folder.data(),
+                     static_cast<int>(n)) != CSTR_EQUAL)
+    return path;
+  return systemFolder + path.substr(n);
+}
+
 bool FileSize(HANDLE file, uint64_t& size) {
   using Fn = BOOL(WINAPI*)(HANDLE, PLARGE_INTEGER);
   static const auto getFileSizeEx = Find<Fn>("kernel32.dll", "GetFileSizeEx");

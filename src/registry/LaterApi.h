@@ -25,6 +25,11 @@ LONG DeleteRegistryKey(HKEY parent, const char* subkey);
 // With create, a missing folder is made.
 std::string AppDataFolder(bool create = false);
 
+// Under WOW64, a path in the 32-bit system folder (SysWOW64, which a 32-bit process's file dialogs can
+// show) given as the same path in the system folder (System32), the name 64-bit programs such as Explorer
+// resolve; every other path as it is. (GetSystemWow64DirectoryA: XP and later.)
+std::string SystemFolderPath(const std::string& path);
+
 // The size of an open file (GetFileSizeEx: 2000 and later; GetFileSize before). False on failure.
 bool FileSize(HANDLE file, uint64_t& size);
 

@@ -63,7 +63,7 @@ bool RealSeam::ShowFileDialog(HWND owner, FileDialog& dialog) {
     ofn.Flags |= OFN_FILEMUSTEXIST;
     if (!show(&ofn)) return false;
   }
-  dialog.initialFile = file;
+  dialog.initialFile = dialog.save ? std::string(file) : later::SystemFolderPath(file);
   return true;
 }
 

@@ -122,4 +122,23 @@ TEST(LaterApi, FallbacksGiveWhatTheSystemHas) {
   EXPECT_FALSE(later::FileSize(INVALID_HANDLE_VALUE, size));
 }
 
+TEST(LaterApi, UnderWow64APathInSysWow64IsWrittenAsSystem32) {
+  char buffer[MAX_PATH] = {};
+  const std::string system(buffer, GetSystemDirectoryA(buffer, MAX_PATH));
+  if (!later::IsWow64()) {
+    EXPECT_EQ(later::SystemFolderPath(system + "\\shell32.dll"), system + "\\shell32.dll");
+    GTEST_SKIP() << "no 32-bit system folder outside WOW64";
+  }
+  const std::string wow64 = system.substr(0, system.rfind('\\')) + "\\SysWOW64";
+  const struct { std::string in, out; } cases[] = {
+      {wow64 + "\\shell32.dll", system + "\\shell32.dll"},
+      {"c:\\WINDOWS\\syswow64\\Icons\\a.ico", system + "\\Icons\\a.ico"},  // any case
+      {wow64 + "x\\shell32.dll", wow64 + "x\\shell32.dll"},                    // another folder
+      {wow64, wow64},                                                          // the folder alone
+      {system + "\\shell32.dll", system + "\\shell32.dll"},
+      {"D:\\Icons\\flags.dll", "D:\\Icons\\flags.dll"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(later::SystemFolderPath(c.in), c.out) << c.in;
+}
+
 }  // namespace
