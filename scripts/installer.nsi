@@ -5,8 +5,10 @@
 ; package.sh defines VERSION (2.06), VIVERSION (2.6.0.0), STAGE (the folder holding vexillor.exe and
 ; help\), FILES and UNFILES (the generated lists of File and Delete lines), ICON and OUTFILE.
 
-Unicode true
-Target amd64-unicode
+; A 32-bit ANSI installer, like the program: NSIS's Unicode installers need Windows NT, and its ANSI
+; stub is marked for Windows 4.0 (95 and NT 4).
+Unicode false
+Target x86-ansi
 SetCompressor /SOLID lzma
 RequestExecutionLevel admin
 
@@ -16,7 +18,7 @@ RequestExecutionLevel admin
 
 Name "${PRODUCT} ${VERSION}"
 OutFile "${OUTFILE}"
-InstallDir "$PROGRAMFILES64\${PRODUCT}"
+InstallDir "$PROGRAMFILES\${PRODUCT}"
 InstallDirRegKey HKLM "${UNINSTKEY}" "InstallLocation"
 BrandingText "${PRODUCT} ${VERSION}"
 
@@ -53,17 +55,19 @@ VIAddVersionKey "LegalCopyright" "Quenby"
 
 !insertmacro MUI_LANGUAGE "English"
 
+; On 64-bit Windows the uninstall entry goes where 64-bit Windows lists programs (the program itself goes
+; to the 32-bit programs folder).
 Function .onInit
-  ${IfNot} ${RunningX64}
-    MessageBox MB_OK|MB_ICONSTOP "This edition of ${PRODUCT} needs 64-bit Windows." /SD IDOK
-    Abort
+  ${If} ${RunningX64}
+    SetRegView 64
   ${EndIf}
-  SetRegView 64
   SetShellVarContext all
 FunctionEnd
 
 Function un.onInit
-  SetRegView 64
+  ${If} ${RunningX64}
+    SetRegView 64
+  ${EndIf}
   SetShellVarContext all
 FunctionEnd
 

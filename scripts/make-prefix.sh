@@ -5,7 +5,7 @@ set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 . "$here/wine-env.sh"
 mkdir -p "$(dirname "$1")"; dir=$(cd "$(dirname "$1")" && pwd)/$(basename "$1"); mode=${2:-}
-template="$(dirname "$dir")/wine-template"
+template="$(dirname "$dir")/wine-template${VX_WINE_ARCH:+-$VX_WINE_ARCH}"  # one per kind of prefix
 if [ ! -f "$template/.ready" ] || [ ! -f "$template/drive_c/windows/Fonts/marlett.ttf" ]; then
   rm -rf "$template"
   WINEPREFIX="$template" "$WINE_BIN" wineboot -i >/dev/null 2>&1 || true

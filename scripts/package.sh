@@ -17,7 +17,10 @@ major=${version%%.*} minor=${version#*.}
 dist=$build/dist stage=$build/dist/stage name=vexillor-$version
 rm -rf "$stage"; mkdir -p "$stage/help"
 
-x86_64-w64-mingw32-strip -o "$stage/vexillor.exe" "$build/vexillor.exe"
+# The shipped build is 32-bit; a developer's 64-bit build packs the same way.
+strip=i686-w64-mingw32-strip
+i686-w64-mingw32-objdump -f "$build/vexillor.exe" | grep -q 'file format pei-x86-64' && strip=x86_64-w64-mingw32-strip
+$strip -o "$stage/vexillor.exe" "$build/vexillor.exe"
 # Stripping must leave the resources: a program without its version, manifest or icons is not shipped.
 python3 - "$build/vexillor.exe" "$stage/vexillor.exe" <<'PY' || exit 1
 import struct, sys

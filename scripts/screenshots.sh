@@ -6,6 +6,10 @@
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${VX_BUILD:-$root/build}
+if [ -z "${VX_WINE_ROOT:-}" ]; then  # Wine is the one of the 32-bit root (scripts/root32.sh)
+  mkdir -p "$build"
+  VX_ROOT32_BINDS="$root $build $HOME" exec "$root/scripts/root32.sh" run "$0" "$@"
+fi
 docs=
 if [ "${1:-}" = --docs ]; then docs=1; shift; fi
 out=${1:-$([ -n "$docs" ] && echo "$root/docs/screenshots" || echo "$build/shots")}

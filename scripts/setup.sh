@@ -5,8 +5,10 @@ set -euo pipefail
 
 need=()
 have() { dpkg-query -W -f='${Status}' "$1" 2>/dev/null | grep -q 'install ok installed'; }
-for p in mingw-w64 g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix wine wine64 xvfb cmake ninja-build \
-         googletest imagemagick x11-utils xdotool fonts-dejavu-core fonts-wine python3 nsis; do
+# The win32 thread model compilers (see cmake/); debootstrap makes the root with 32-bit Wine that
+# scripts/root32.sh keeps (the scripts run Wine there); the host's wine64 only serves a 64-bit build.
+for p in mingw-w64 g++-mingw-w64-i686-win32 g++-mingw-w64-x86-64-win32 debootstrap wine wine64 xvfb cmake \
+         ninja-build googletest imagemagick x11-utils xdotool fonts-dejavu-core fonts-wine python3 nsis; do
   have "$p" || need+=("$p")
 done
 [ ${#need[@]} -eq 0 ] && exit 0

@@ -1,19 +1,37 @@
 #!/usr/bin/env bash
 # test.sh [ctest arguments]: builds everything and runs every test under Wine on a private X server,
-# in a fresh Wine prefix. ctest's summary is the last thing printed; the exit status is ctest's.
+# twice: in a 32-bit prefix (as Windows 95, 98 and NT 4 were; the edition tests emulate each of them)
+# and in a 64-bit prefix as Windows 10, where the 32-bit program runs under WOW64. Wine is the one of a
+# minimal Debian root made once per machine (scripts/root32.sh). Each pass starts from a fresh prefix.
+# ctest's two summaries come last; the exit status is non-zero when either pass failed.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${VX_BUILD:-$root/build}
+mkdir -p "$build"; build=$(cd "$build" && pwd)
+"$root/scripts/setup.sh"
+if [ -z "${VX_WINE_ROOT:-}" ]; then
+  VX_ROOT32_BINDS="$root $build" VX_BUILD="$build" exec "$root/scripts/root32.sh" run "$0" "$@"
+fi
 "$root/scripts/build.sh" "$build"
-. "$root/scripts/wine-env.sh"
 . "$root/scripts/xvfb.sh"
-export WINEPREFIX="$build/wine-test"
-"$root/scripts/make-prefix.sh" "$WINEPREFIX" desktop
-start_session
+
+pass() {  # pass ARCH LABEL [ctest arguments]: one run of the suite in a prefix of that kind
+  local arch=$1 label=$2; shift 2
+  export VX_WINE_ARCH=$arch
+  . "$root/scripts/wine-env.sh"
+  export WINEPREFIX="$build/wine-test-$arch"
+  "$root/scripts/make-prefix.sh" "$WINEPREFIX" desktop
+  start_session
+  echo "== $label"
+  (cd "$build" && ctest --output-on-failure "$@") 2>&1
+  local rc=$?
+  stop_session >/dev/null 2>&1
+  return $rc
+}
+
 set +e
-out=$(mktemp)
-(cd "$build" && ctest --output-on-failure "$@") >"$out" 2>&1
-rc=$?
-stop_session >/dev/null 2>&1
-cat "$out"; rm -f "$out"
-exit $rc
+out32=$(mktemp) out64=$(mktemp)
+pass win32 "32-bit Windows (the edition tests as 95, 98 and NT 4)" "$@" >"$out32"; rc32=$?
+pass win64 "64-bit Windows 10 (the program under WOW64)" "$@" >"$out64"; rc64=$?
+cat "$out32" "$out64"; rm -f "$out32" "$out64"
+[ $rc32 -eq 0 ] && [ $rc64 -eq 0 ]

@@ -15,6 +15,9 @@ from program import program_icon  # noqa: E402
 from toolbar import TOOLBAR, TREE  # noqa: E402
 
 ICON_SIZES = (32, 16, 48)
+# The pointer pictures are only ever shown at 32 and 16 pixels (the lists, the picker); without a 48-pixel
+# image each weighs a third as much, which keeps the program well under 1 MiB.
+POINTER_SIZES = (32, 16)
 MAGENTA = (255, 0, 255)
 
 
@@ -22,7 +25,7 @@ def icons():
     """[program, pointer 1, ..., pointer 15], each {size: canvas}."""
     out = [{n: program_icon(n) for n in ICON_SIZES}]
     for p in range(1, 16):
-        out.append({n: pointer(p, n) for n in ICON_SIZES})
+        out.append({n: pointer(p, n) for n in POINTER_SIZES})
     return out
 
 
@@ -42,7 +45,7 @@ def main(out, sheet=None):
     all_icons = icons()
     names = ['program.ico'] + ['pointer%02d.ico' % n for n in range(1, 16)]
     for name, images in zip(names, all_icons):
-        write(os.path.join(out, name), ico_bytes([(n, images[n].rgba()) for n in ICON_SIZES]))
+        write(os.path.join(out, name), ico_bytes([(n, images[n].rgba()) for n in images]))
     strips = {'toolbar16.bmp': (TOOLBAR, 16), 'toolbar24.bmp': (TOOLBAR, 24), 'tree16.bmp': (TREE, 16)}
     rows = {}
     for name, (drawings, size) in strips.items():
@@ -100,7 +103,8 @@ def contact_sheet(all_icons, strips):
             x += 32 * 4 + pad
             sheet.blit(x, y, images[16].over(bg), 4)
             x += 16 * 4 + pad
-            sheet.blit(x, y, images[48].over(bg))
+            if 48 in images:
+                sheet.blit(x, y, images[48].over(bg))
             sheet.blit(x + 48 + pad, y, images[32].over(bg))
             sheet.blit(x + 48 + 32 + 2 * pad, y, images[16].over(bg))
         y = top + icon_band + pad

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "registry/LaterApi.h"
 #include "registry/modCommon.h"
 
 namespace vx {
@@ -57,10 +58,9 @@ std::string FullThemePath(const std::string& path) {
 }
 
 std::string DefaultLogPath() {
-  char folder[MAX_PATH] = {};
-  if (FAILED(SHGetFolderPathA(nullptr, CSIDL_APPDATA | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT, folder)))
-    return "";
-  return std::string(folder) + "\\Vexillor\\vexillor.log";
+  const std::string folder = later::AppDataFolder(true);
+  if (folder.empty()) return "";
+  return folder + "\\Vexillor\\vexillor.log";
 }
 
 class QuietRun::Seam : public ui::Seam {

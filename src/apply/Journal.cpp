@@ -4,6 +4,7 @@
 #include <shlobj.h>
 
 #include "apply/Codec.h"
+#include "registry/LaterApi.h"
 
 namespace vx {
 namespace {
@@ -66,9 +67,9 @@ std::string ReadWhole(const std::string& path) {
                          FILE_ATTRIBUTE_NORMAL, nullptr);
   if (f == INVALID_HANDLE_VALUE) return {};
   std::string bytes;
-  LARGE_INTEGER size{};
-  if (GetFileSizeEx(f, &size) && size.QuadPart > 0 && size.QuadPart < (256 << 20)) {
-    bytes.resize(static_cast<size_t>(size.QuadPart));
+  uint64_t size = 0;
+  if (later::FileSize(f, size) && size > 0 && size < (256 << 20)) {
+    bytes.resize(static_cast<size_t>(size));
     DWORD got = 0;
     if (!ReadFile(f, bytes.data(), static_cast<DWORD>(bytes.size()), &got, nullptr)) got = 0;
     bytes.resize(got);
@@ -176,9 +177,12 @@ void CompleteJournal(const std::string& path) {
 }
 
 std::string JournalPath() {
-  char folder[MAX_PATH] = {};
-  if (FAILED(SHGetFolderPathA(nullptr, CSIDL_APPDATA, nullptr, 0, folder))) GetTempPathA(MAX_PATH, folder);
-  std::string dir = folder;
+  std::string dir = later::AppDataFolder(true);  // made where missing, as Windows 95 may lack it
+  if (dir.empty()) {
+    char temp[MAX_PATH] = {};
+    GetTempPathA(MAX_PATH, temp);
+    dir = temp;
+  }
   if (!dir.empty() && dir.back() == '\\') dir.pop_back();
   return dir + "\\Vexillor\\apply.journal";
 }

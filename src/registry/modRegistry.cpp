@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "registry/LaterApi.h"
 #include "registry/modCommon.h"
 
 namespace modRegistry {
@@ -10,6 +11,10 @@ namespace {
 
 constexpr REGSAM kRead = KEY_READ;    // 0x20019
 constexpr REGSAM kWrite = KEY_WRITE;  // 0x20006
+
+// Every open goes to the view Explorer reads: under WOW64 a 32-bit process would otherwise see the
+// 32-bit copies of HKEY_LOCAL_MACHINE\SOFTWARE and of the classes.
+REGSAM InView(REGSAM access) { return access | later::RegistryView(); }
 constexpr DWORD kStringBuffer = 255;  // texts of 255 bytes or more (with their NUL) do not fit
 constexpr DWORD kBinaryProbe = 100;   // the first binary query only learns the value's size
 
@@ -27,7 +32,7 @@ class OpenKey {
   OpenKey(const std::string& fullPath, REGSAM access) {
     std::string sub = fullPath;
     HKEY root = SplitKeyPath(sub);
-    if (RegOpenKeyExA(root, sub.c_str(), 0, access, &key_) != ERROR_SUCCESS) key_ = nullptr;
+    if (RegOpenKeyExA(root, sub.c_str(), 0, InView(access), &key_) != ERROR_SUCCESS) key_ = nullptr;
   }
   ~OpenKey() {
     if (key_) RegCloseKey(key_);
@@ -178,7 +183,7 @@ bool DeleteValue(const std::string& keyPath, const std::string& valueName) {
 bool DeleteKey(const std::string& parentPath, const std::string& subkeyName) {
   OpenKey key(parentPath, kWrite);
   if (!key) return true;
-  const LONG rc = RegDeleteKeyA(key.get(), subkeyName.c_str());
+  const LONG rc = later::DeleteRegistryKey(key.get(), subkeyName.c_str());
   return rc == ERROR_SUCCESS || rc == ERROR_FILE_NOT_FOUND;
 }
 
@@ -186,7 +191,11 @@ bool CreateKey(const std::string& keyPath) {
   std::string sub = keyPath;
   HKEY root = SplitKeyPath(sub);
   HKEY created = nullptr;
-  if (RegCreateKeyA(root, sub.c_str(), &created) != ERROR_SUCCESS) return false;
+  // RegCreateKeyA takes no view; under WOW64 the Ex form with the 64-bit view does the same.
+  const LONG rc = later::IsWow64() ? RegCreateKeyExA(root, sub.c_str(), 0, nullptr, 0, InView(MAXIMUM_ALLOWED),
+                                                     nullptr, &created, nullptr)
+                                   : RegCreateKeyA(root, sub.c_str(), &created);
+  if (rc != ERROR_SUCCESS) return false;
   RegCloseKey(created);
   return true;
 }
@@ -238,7 +247,7 @@ bool Writer::Set(const std::string& keyPath, const std::string& valueName, DWORD
     for (int attempt = 0; attempt < 2 && !key_; ++attempt) {
       std::string sub = keyPath;
       HKEY root = SplitKeyPath(sub);
-      if (RegOpenKeyExA(root, sub.c_str(), 0, kWrite, &key_) != ERROR_SUCCESS) key_ = nullptr;
+      if (RegOpenKeyExA(root, sub.c_str(), 0, InView(kWrite), &key_) != ERROR_SUCCESS) key_ = nullptr;
       if (!key_ && attempt == 0) CreateKey(keyPath);
     }
     if (!key_) return false;
@@ -265,7 +274,7 @@ bool ReadTreeAt(HKEY key, KeyTree& tree, int depth) {
     DWORD nameSize = sizeof name;
     if (RegEnumKeyExA(key, i, name, &nameSize, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) break;
     HKEY sub = nullptr;
-    if (RegOpenKeyExA(key, name, 0, kRead, &sub) != ERROR_SUCCESS) continue;
+    if (RegOpenKeyExA(key, name, 0, InView(kRead), &sub) != ERROR_SUCCESS) continue;
     KeyTree child;
     ReadTreeAt(sub, child, depth + 1);
     RegCloseKey(sub);

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "registry/LaterApi.h"
 #include "registry/modRegistry.h"
 #include "system/Location.h"
 
@@ -99,7 +100,7 @@ std::string DriveCaption(const std::string& root, const std::string& label) {
 }
 
 FolderTree::~FolderTree() {
-  if (parent_) RemoveWindowSubclass(parent_, &FolderTree::ParentProc, SubclassId());
+  if (parent_) later::RemoveWindowSubclass(parent_, &FolderTree::ParentProc, SubclassId());
   if (tree_ && IsWindow(tree_)) DestroyWindow(tree_);
 }
 
@@ -113,7 +114,7 @@ bool FolderTree::Create(HWND parent, int id, int x, int y, int w, int h) {
   if (!tree_) return false;
   parent_ = parent;
   // Keyed by this tree, so that two trees on one parent each get their own notifications.
-  SetWindowSubclass(parent_, &FolderTree::ParentProc, SubclassId(), reinterpret_cast<DWORD_PTR>(this));
+  later::SetWindowSubclass(parent_, &FolderTree::ParentProc, SubclassId(), reinterpret_cast<DWORD_PTR>(this));
 
   // The shell's own image list: shared by the whole process, so the tree must never destroy it.
   SHFILEINFOA sfi{};
@@ -468,14 +469,14 @@ LRESULT CALLBACK FolderTree::ParentProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM l
       if (tree->HandleNotify(reinterpret_cast<const NMHDR*>(lp), result)) return result;
     } else if (msg == WM_NCDESTROY) {
       // The parent takes the tree with it.
-      RemoveWindowSubclass(hwnd, &FolderTree::ParentProc, id);
+      later::RemoveWindowSubclass(hwnd, &FolderTree::ParentProc, id);
       tree->parent_ = nullptr;
       tree->tree_ = nullptr;
     }
   } catch (...) {
     // Nothing may unwind through user32; the message goes on to the parent unanswered.
   }
-  return DefSubclassProc(hwnd, msg, wp, lp);
+  return later::DefSubclassProc(hwnd, msg, wp, lp);
 }
 
 }  // namespace ui

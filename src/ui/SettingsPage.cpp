@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "registry/LaterApi.h"
 #include "resource.h"
 
 namespace ui {
@@ -22,8 +23,8 @@ HWND Child(const char* cls, DWORD exStyle, DWORD style, HWND parent, int id, HFO
 SettingsPage::SettingsPage() = default;
 
 SettingsPage::~SettingsPage() {
-  if (text_ && IsWindow(text_)) RemoveWindowSubclass(text_, &SettingsPage::TextProc, kTextSubclass);
-  if (tree_ && IsWindow(tree_)) RemoveWindowSubclass(tree_, &SettingsPage::TreeProc, kTreeSubclass);
+  if (text_ && IsWindow(text_)) later::RemoveWindowSubclass(text_, &SettingsPage::TextProc, kTextSubclass);
+  if (tree_ && IsWindow(tree_)) later::RemoveWindowSubclass(tree_, &SettingsPage::TreeProc, kTreeSubclass);
   Destroy();
 }
 
@@ -39,7 +40,7 @@ bool SettingsPage::Create(HWND parent, int id, HFONT font) {
   scroll_ = Child("SCROLLBAR", 0, WS_TABSTOP | SBS_VERT, hwnd(), IDC_SETTINGS_SCROLL, font);
   unit_ = Child("STATIC", 0, SS_LEFT, hwnd(), IDC_SETTINGS_UNIT, font);
   if (!tree_ || !frame_ || !text_ || !scroll_ || !unit_) return false;
-  SetWindowSubclass(text_, &SettingsPage::TextProc, kTextSubclass, reinterpret_cast<DWORD_PTR>(this));
+  later::SetWindowSubclass(text_, &SettingsPage::TextProc, kTextSubclass, reinterpret_cast<DWORD_PTR>(this));
   SCROLLINFO si{sizeof si, SIF_RANGE | SIF_PAGE | SIF_POS, 0, kScrollMax, 0, kScrollMax, 0};
   SetScrollInfo(scroll_, SB_CTL, &si, FALSE);
   images_.reset(ImageList_LoadImageA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDB_TREE), 16, 0, ART_MASK_COLOUR,
@@ -147,7 +148,7 @@ void SettingsPage::ExpandAll(bool expand) {
 void SettingsPage::Filled() {
   SetWindowLongPtrA(tree_, GWL_STYLE, GetWindowLongPtrA(tree_, GWL_STYLE) | TVS_TRACKSELECT);
   // Only now: a subclassed tree pays a property lookup for every message, each insert of the fill too.
-  SetWindowSubclass(tree_, &SettingsPage::TreeProc, kTreeSubclass, reinterpret_cast<DWORD_PTR>(this));
+  later::SetWindowSubclass(tree_, &SettingsPage::TreeProc, kTreeSubclass, reinterpret_cast<DWORD_PTR>(this));
 }
 
 // --- numeric editor --------------------------------------------------------------------------------
@@ -225,7 +226,7 @@ LRESULT CALLBACK SettingsPage::TextProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM l
   LRESULT result = 0;
   Guarded([&] {
     auto* page = reinterpret_cast<SettingsPage*>(self);
-    result = DefSubclassProc(hwnd, msg, wp, lp);
+    result = later::DefSubclassProc(hwnd, msg, wp, lp);
     if (msg == WM_KEYUP && page->TextKeyUp) page->TextKeyUp();
     if (msg == WM_SETFOCUS) SendMessageA(hwnd, EM_SETSEL, 0, -1);
   });
@@ -241,7 +242,7 @@ LRESULT CALLBACK SettingsPage::TreeProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM l
       reinterpret_cast<SettingsPage*>(self)->MenuAtSelection();
       return;
     }
-    result = DefSubclassProc(hwnd, msg, wp, lp);
+    result = later::DefSubclassProc(hwnd, msg, wp, lp);
   });
   return result;
 }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "registry/LaterApi.h"
 #include "ui/HelpPopup.h"
 #include "ui/HelpTopics.h"
 
@@ -62,7 +63,7 @@ bool RealSeam::ShowFileDialog(HWND owner, FileDialog& dialog) {
     ofn.Flags |= OFN_FILEMUSTEXIST;
     if (!show(&ofn)) return false;
   }
-  dialog.initialFile = file;
+  dialog.initialFile = dialog.save ? std::string(file) : later::SystemFolderPath(file);
   return true;
 }
 
@@ -103,20 +104,7 @@ void RealSeam::OpenHelp(HWND owner, const std::string& helpFile, unsigned comman
   GetSeam().ShellOpen(owner, HelpRequestTarget(helpFile, command, keyword));
 }
 
-void EnableShutdownPrivilege() {
-  HANDLE token = nullptr;
-  if (!OpenProcessToken(GetCurrentProcess(), TOKEN_ADJUST_PRIVILEGES | TOKEN_QUERY, &token)) return;
-  TOKEN_PRIVILEGES tp{};
-  tp.PrivilegeCount = 1;
-  tp.Privileges[0].Attributes = SE_PRIVILEGE_ENABLED;
-  if (LookupPrivilegeValueA("", "SeShutdownPrivilege", &tp.Privileges[0].Luid)) {
-    char previous[16];
-    DWORD needed = 0;
-    AdjustTokenPrivileges(token, FALSE, &tp, sizeof previous,
-                          reinterpret_cast<PTOKEN_PRIVILEGES>(previous), &needed);
-  }
-  CloseHandle(token);
-}
+void EnableShutdownPrivilege() { later::EnableShutdownPrivilege(); }
 
 void RealSeam::RestartWindows(bool enableShutdownPrivilege) {
   if (enableShutdownPrivilege) EnableShutdownPrivilege();

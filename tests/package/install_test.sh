@@ -30,7 +30,9 @@ finish() { wineserver -k 2>/dev/null; wineserver -w 2>/dev/null; [ -n "$own_x" ]
 trap finish EXIT
 
 c=$WINEPREFIX/drive_c
-dir="$c/Program Files/Vexillor"
+# A 32-bit installer puts programs into the 32-bit programs folder, which 64-bit Windows names apart.
+programs='Program Files'; [ "${VX_WINE_ARCH:-}" = win64 ] && programs='Program Files (x86)'
+dir="$c/$programs/Vexillor"
 link="$c/ProgramData/Microsoft/Windows/Start Menu/Programs/Vexillor.lnk"
 key='HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\Vexillor'
 prefs='HKCU\Software\Quenby\Vexillor\Settings'
@@ -59,13 +61,13 @@ check "the installed program is the stripped one" cmp -s "$dir/vexillor.exe" "$b
 check "the Start-menu shortcut exists" test -s "$link"
 check "the uninstall entry names the program" test "$(reg_value "$key" DisplayName)" = "Vexillor $version"
 check "the uninstall entry starts the uninstaller" \
-  test "$(reg_value "$key" UninstallString)" = '"C:\Program Files\Vexillor\uninstall.exe"'
+  test "$(reg_value "$key" UninstallString)" = "\"C:\\$programs\\Vexillor\\uninstall.exe\""
 check "the uninstall entry has a silent form" \
-  test "$(reg_value "$key" QuietUninstallString)" = '"C:\Program Files\Vexillor\uninstall.exe" /S'
+  test "$(reg_value "$key" QuietUninstallString)" = "\"C:\\$programs\\Vexillor\\uninstall.exe\" /S"
 
 # The installed program starts, shows its window and closes on request, saving its preferences.
 "$WINE_BIN" reg delete 'HKCU\Software\Quenby' /f >/dev/null 2>&1
-"$WINE_BIN" "C:\\Program Files\\Vexillor\\vexillor.exe" >/dev/null 2>&1 &
+"$WINE_BIN" "C:\\$programs\\Vexillor\\vexillor.exe" >/dev/null 2>&1 &
 started=$!
 # Its main window appears (Wine gives it an X window of the same name); taskkill without /f asks the
 # program's windows to close and fails while it has none. It is asked again until it has ended, as
@@ -85,7 +87,7 @@ kill "$started" 2>/dev/null
 
 # A file of the user's in the program folder: the uninstaller must leave it and its folder.
 echo "[Software Credits]" >"$dir/Mine.vxtheme"
-"$WINE_BIN" "C:\\Program Files\\Vexillor\\uninstall.exe" /S
+"$WINE_BIN" "C:\\$programs\\Vexillor\\uninstall.exe" /S
 check "the silent uninstall starts" test $? -eq 0
 # The uninstaller runs from a copy of itself and returns at once; its last step removes the entry.
 gone() { ! reg_has "$key" && [ ! -e "$dir/vexillor.exe" ]; }

@@ -45,21 +45,29 @@ bool RealProgram::Ended(int ms, DWORD* exitCode) {
   return ended;
 }
 
+namespace {
+struct FindWindowOf {
+  DWORD pid;
+  const char* cls;
+  HWND found;
+};
+// A named callback: on 32-bit Windows a lambda does not convert to a WINAPI (stdcall) pointer.
+BOOL CALLBACK FindWindowStep(HWND h, LPARAM lp) {
+  auto* f = reinterpret_cast<FindWindowOf*>(lp);
+  DWORD owner = 0;
+  GetWindowThreadProcessId(h, &owner);
+  char cls[64] = {};
+  GetClassNameA(h, cls, sizeof cls);
+  if (owner != f->pid || !IsWindowVisible(h) || std::string(cls) != f->cls) return TRUE;
+  f->found = h;
+  return FALSE;
+}
+}  // namespace
+
 HWND RealProgram::Window(const char* className, int ms) const {
-  struct Find { DWORD pid; const char* cls; HWND found; } f{pi_.dwProcessId, className, nullptr};
+  FindWindowOf f{pi_.dwProcessId, className, nullptr};
   WaitUntil([&] {
-    EnumWindows(
-        [](HWND h, LPARAM lp) -> BOOL {
-          auto* f = reinterpret_cast<Find*>(lp);
-          DWORD owner = 0;
-          GetWindowThreadProcessId(h, &owner);
-          char cls[64] = {};
-          GetClassNameA(h, cls, sizeof cls);
-          if (owner != f->pid || !IsWindowVisible(h) || std::string(cls) != f->cls) return TRUE;
-          f->found = h;
-          return FALSE;
-        },
-        reinterpret_cast<LPARAM>(&f));
+    EnumWindows(FindWindowStep, reinterpret_cast<LPARAM>(&f));
     return f.found != nullptr;
   }, pi_.hProcess ? ms : 0);
   return f.found;

@@ -2,20 +2,33 @@
 
 #include <shlwapi.h>
 
+#include "registry/LaterApi.h"
 #include "registry/modRegistry.h"
 
 namespace vxtest {
 
+// The helpers see the registry view the program writes (the 64-bit one under WOW64), so a test checks
+// what Explorer would read.
 void DeleteTree(const std::string& keyPath) {
-  std::string sub = keyPath;
-  HKEY root = modRegistry::SplitKeyPath(sub);
-  if (root && !sub.empty()) SHDeleteKeyA(root, sub.c_str());
+  const auto slash = keyPath.rfind('\\');
+  if (slash == std::string::npos) return;
+  std::string parent = keyPath.substr(0, slash);
+  HKEY root = modRegistry::SplitKeyPath(parent), key = nullptr;
+  if (!root) return;
+  if (parent.empty()) {
+    SHDeleteKeyA(root, keyPath.substr(slash + 1).c_str());
+  } else if (RegOpenKeyExA(root, parent.c_str(), 0, KEY_ALL_ACCESS | later::RegistryView(), &key) == ERROR_SUCCESS) {
+    SHDeleteKeyA(key, keyPath.substr(slash + 1).c_str());
+    RegCloseKey(key);
+  }
 }
 
 HKEY OpenKey(const std::string& keyPath, bool create) {
   std::string sub = keyPath;
   HKEY root = modRegistry::SplitKeyPath(sub), key = nullptr;
-  const LONG rc = create ? RegCreateKeyA(root, sub.c_str(), &key) : RegOpenKeyExA(root, sub.c_str(), 0, KEY_READ, &key);
+  const REGSAM view = later::RegistryView();
+  const LONG rc = create ? RegCreateKeyExA(root, sub.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS | view, nullptr, &key, nullptr)
+                         : RegOpenKeyExA(root, sub.c_str(), 0, KEY_READ | view, &key);
   return rc == ERROR_SUCCESS ? key : nullptr;
 }
 

@@ -111,18 +111,17 @@ TEST(IconFont, CaptionsTakeOnlyTheFaceNameAndStayInsideTheirRows) {
 }
 
 // The list's drawing surface that is shown (the Desktop tab's at a first start).
+BOOL CALLBACK FindSurface(HWND h, LPARAM lp) {
+  char cls[64] = {};
+  GetClassNameA(h, cls, sizeof cls);
+  if (std::string(cls) != "VxListBoxIconsSurface" || !IsWindowVisible(h)) return TRUE;
+  *reinterpret_cast<HWND*>(lp) = h;
+  return FALSE;
+}
+
 HWND VisibleSurface(HWND main) {
   HWND found = nullptr;
-  EnumChildWindows(
-      main,
-      [](HWND h, LPARAM lp) -> BOOL {
-        char cls[64] = {};
-        GetClassNameA(h, cls, sizeof cls);
-        if (std::string(cls) != "VxListBoxIconsSurface" || !IsWindowVisible(h)) return TRUE;
-        *reinterpret_cast<HWND*>(lp) = h;
-        return FALSE;
-      },
-      reinterpret_cast<LPARAM>(&found));
+  EnumChildWindows(main, FindSurface, reinterpret_cast<LPARAM>(&found));
   return found;
 }
 

@@ -149,7 +149,22 @@ TEST(FaceNameFromFontRecord, TakesTheFirstRunOfTwoPrintables) {
 int GdiObjects() {
   struct Entry { uint64_t object; uint32_t owner; uint16_t unique; uint8_t type, flags; uint64_t user; };
   auto* peb = reinterpret_cast<const char*>(NtCurrentTeb()->ProcessEnvironmentBlock);
-  auto* table = *reinterpret_cast<Entry* const*>(peb + 0xf8);  // GdiSharedHandleTable
+#ifdef _WIN64
+  constexpr size_t kTableAt = 0xf8;  // GdiSharedHandleTable in a 64-bit PEB
+#else
+  constexpr size_t kTableAt = 0x94;  // and in a 32-bit one (Wine keeps the entries' layout)
+#endif
+  auto* table = *reinterpret_cast<Entry* const*>(peb + kTableAt);
+#ifndef _WIN64
+  // Under WOW64 Wine fills only the 64-bit PEB's table; the 32-bit TEB's GdiBatchCount holds the address
+  // of the 64-bit TEB, whose Peb (at 0x60) points at that PEB.
+  const auto teb64 = *reinterpret_cast<const uint32_t*>(reinterpret_cast<const char*>(NtCurrentTeb()) + 0xf70);
+  if (!table && teb64) {
+    const auto peb64 = *reinterpret_cast<const uint64_t*>(static_cast<uintptr_t>(teb64) + 0x60);
+    const uint64_t at = peb64 >> 32 ? 0 : *reinterpret_cast<const uint64_t*>(static_cast<uintptr_t>(peb64) + 0xf8);
+    if (at >> 32 == 0) table = reinterpret_cast<Entry*>(static_cast<uintptr_t>(at));
+  }
+#endif
   int live = 0;
   for (int i = 0; table && i < 0x4000; ++i) live += table[i].type != 0;
   return live;
