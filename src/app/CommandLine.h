@@ -27,6 +27,9 @@ enum ExitCode : int {
   kExitEntryRefused = 4,    // a value naming a network or device location was refused; the rest applied
   kExitWriteFailed = 5,     // at least one write failed
   kExitNothingToUndo = 6,   // "/undo" found no Apply to take back
+  kExitNoJournal = 7,       // the journal could not be written, so nothing was applied
+  kExitJournalRefused = 8,  // a journal was damaged or not the program's own, or could not be put back in full
+  kExitAlreadyRunning = 9,  // another Vexillor was still running after the wait
 };
 
 // Where a quiet run appends its lines: "Vexillor\vexillor.log" in the user's application-data folder.

@@ -19,7 +19,19 @@ constexpr const char* kClassName = "VexillorMain";
 
 Main::Main() = default;
 
+Main::BusyScope::BusyScope(Main& main) : main_(main), wasEnabled_(IsWindowEnabled(main.hwnd()) != FALSE) {
+  if (main_.busy_++ == 0 && wasEnabled_) EnableWindow(main_.hwnd(), FALSE);
+}
+
+Main::BusyScope::~BusyScope() {
+  if (--main_.busy_ == 0 && wasEnabled_) EnableWindow(main_.hwnd(), TRUE);
+}
+
 Main::~Main() {
+  if (hwnd() && modMsgbox::Owner() == hwnd()) {
+    modMsgbox::SetOwner(nullptr);
+    modRegistry::SetErrorOwner(nullptr);
+  }
   Destroy();
   if (font_) DeleteObject(font_);
 }
@@ -38,6 +50,7 @@ bool Main::Create(const Environment& env, const std::string& commandLine, bool q
                           reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1), icon))
     return false;
   modMsgbox::SetOwner(hwnd());
+  modRegistry::SetErrorOwner(hwnd());
   CreateMenus();
   CreateControls();
   Form_Load();
@@ -155,8 +168,13 @@ LRESULT Main::HandleMessage(UINT msg, WPARAM wp, LPARAM lp) {
       // Undo Last Apply is there only when an Apply can be taken back.
       EnableMenuItem(menu_, IDM_TOOLS_UNDO, MF_BYCOMMAND | (CanUndoLastApply() ? MF_ENABLED : MF_GRAYED));
       return 0;
+    case WM_QUERYENDSESSION:
+      // A run in progress stops at its next step boundary, its journal consistent; the next start
+      // offers to put it back.
+      if (busy()) endingSession_ = true;
+      return TRUE;
     case WM_CLOSE:
-      if (closing_ || Form_QueryUnload()) return 0;
+      if (closing_ || busy() || Form_QueryUnload()) return 0;
       closing_ = true;
       Form_Unload();
       // DestroyWindow itself (not Destroy, which detaches first) so WM_DESTROY still reaches us.
@@ -215,6 +233,7 @@ int RunMain(const std::string& text, int show) {
     int code = kExitNoWindow;
     ui::Guarded([&] { code = UndoFromCommandLine(DetectEnvironment(), quiet != nullptr); });
     if (quiet) {
+      if (!JournalRefusal().empty()) quiet->Log("journal not run: " + JournalRefusal());
       quiet->Log("undo finished; exit code " + std::to_string(code));
       ui::SetSeam(nullptr);
     }

@@ -44,7 +44,10 @@ void Main::OpenTheme(const std::string& text, bool fromCommandLine) {
     path = PlainPath(path);
   }
   ListBoxThemeLists lists(Lists());
-  const OpenOutcome outcome = OpenThemeFile(path, env_, lists, hwnd());
+  const OpenOutcome outcome = [&] {
+    BusyScope busy(*this);  // the load yields to the message loop
+    return OpenThemeFile(path, env_, lists, hwnd());
+  }();
   if (outcome.status == OpenOutcome::Loaded) {
     flags.rebuildCachePending = true;
     SetCurrentTheme(outcome.path);

@@ -90,7 +90,7 @@ TEST(InterruptedApply, TheNextStartPutsBackWhatAKilledApplyWrote) {
   modRegistry::SaveDword(vx::kSettingsKey, "Active Tab", vx::kTabFolders);
   modRegistry::SaveDword(vx::kSettingsKey, "Dialog Rebuild", 1);
   const std::string journal = vx::JournalPath();
-  DeleteFileA(journal.c_str());
+  vx::RemoveJournal(journal);
   char temp[MAX_PATH];
   const std::string pause = std::string(temp, GetTempPathA(MAX_PATH, temp)) + "vexillor-paused";
   DeleteFileA(pause.c_str());
@@ -127,7 +127,7 @@ TEST(InterruptedApply, TheNextStartPutsBackWhatAKilledApplyWrote) {
   }));
   EXPECT_EQ(vxtest::KeysNow(keys), before);
   EXPECT_TRUE(second.Close());
-  DeleteFileA(journal.c_str());
+  vx::RemoveJournal(journal);
 }
 
 const std::string kPrinters = "Printers.{2227A280-3AEA-1069-A2DE-08002B30309D}";

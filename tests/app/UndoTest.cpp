@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "MainWindowFixture.h"
+#include "app/Undo.h"
 #include "apply/Journal.h"
 #include "apply/Preview.h"
 #include "icons/IconApply.h"
@@ -22,8 +23,8 @@ using vx::Main;
 
 class Undo : public vxtest::MainWindowTest {
  protected:
-  void SetUp() override { DeleteFileA(vx::JournalPath().c_str()); }
-  void TearDown() override { DeleteFileA(vx::JournalPath().c_str()); }
+  void SetUp() override { vx::RemoveJournal(vx::JournalPath()); }
+  void TearDown() override { vx::RemoveJournal(vx::JournalPath()); }
   // Default Icon on the first row of every icon tab, and a new name for the Recycle Bin.
   void EditEveryTab(Main& m) {
     for (int tab : {vx::kTabDesktop, vx::kTabStart, vx::kTabFolders, vx::kTabDrives, vx::kTabOthers, vx::kTabSystem,
@@ -102,12 +103,12 @@ TEST_F(Undo, ReviewThenApplyThenSettingsAndIconsComeBackTogetherAndASecondUndoRe
   EXPECT_NE(applied, before);
   EXPECT_EQ(modRegistry::GetString(m->environment().recycleBinKey, ""), "Wastebasket");
   m->OnCommand(IDM_TOOLS_UNDO);
-  EXPECT_EQ(state(), before);
+  EXPECT_EQ(state(), before) << vx::JournalRefusal();
   // The window shows what the system holds again, with nothing pending.
   EXPECT_FALSE(m->applyEnabled());
   EXPECT_NE(m->List(vx::kTabDesktop)->ItemCaption(vx::kRecycleEmptyKey), "Wastebasket (empty)");
   m->OnCommand(IDM_TOOLS_UNDO);
-  EXPECT_EQ(state(), applied);
+  EXPECT_EQ(state(), applied) << vx::JournalRefusal();
   m->OnCommand(IDM_TOOLS_UNDO);
   EXPECT_EQ(state(), before);
 }
