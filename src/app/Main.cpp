@@ -191,28 +191,48 @@ LRESULT Main::HandleMessage(UINT msg, WPARAM wp, LPARAM lp) {
 // --- the program ------------------------------------------------------------------------------------
 
 namespace {
-// For the test that stops the program in the middle of an Apply: with VEXILLOR_TEST_PAUSE_STEP=N in
-// its environment, the program creates the file named by VEXILLOR_TEST_PAUSE_FILE before step N of an
-// Apply and waits there until it is killed.
-void InstallTestPause() {
-  char step[16] = {}, file[MAX_PATH] = {};
-  if (!GetEnvironmentVariableA("VEXILLOR_TEST_PAUSE_STEP", step, sizeof step) ||
-      !GetEnvironmentVariableA("VEXILLOR_TEST_PAUSE_FILE", file, sizeof file))
-    return;
-  const auto at = ParseInt32(step);
-  if (!at) return;
-  SetStepHook([at = static_cast<size_t>(*at), file = std::string(file)](const Step&, size_t index) {
-    if (index != at) return;
-    HANDLE h = CreateFileA(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (h != INVALID_HANDLE_VALUE) CloseHandle(h);
-    for (;;) Sleep(1000);
-  });
+
+constexpr const char* kInstanceName = "Quenby.Vexillor.Running";
+constexpr DWORD kQuietWaitMs = 60000;  // a quiet run waits this long for another Vexillor to finish
+
+// One Vexillor at a time: two runs writing the same keys and the same journal would each undo the
+// other's work. Held until the process ends.
+class SingleInstance {
+ public:
+  SingleInstance() : mutex_(CreateMutexA(nullptr, TRUE, kInstanceName)) {
+    owned_ = mutex_ && GetLastError() != ERROR_ALREADY_EXISTS;
+  }
+  ~SingleInstance() {
+    if (owned_) ReleaseMutex(mutex_);
+    if (mutex_) CloseHandle(mutex_);
+  }
+  SingleInstance(const SingleInstance&) = delete;
+  SingleInstance& operator=(const SingleInstance&) = delete;
+  bool owned() const { return owned_ || !mutex_; }
+  // Waits for the other one to end (or be killed).
+  bool Wait(DWORD ms) {
+    const DWORD r = WaitForSingleObject(mutex_, ms);
+    owned_ = r == WAIT_OBJECT_0 || r == WAIT_ABANDONED;
+    return owned_;
+  }
+
+ private:
+  HANDLE mutex_;
+  bool owned_ = false;
+};
+
+// A second start with a window brings the running one forward instead.
+void ShowOtherInstance() {
+  if (HWND other = FindWindowA("VexillorMain", nullptr)) {
+    if (IsIconic(other)) ShowWindow(other, SW_RESTORE);
+    SetForegroundWindow(GetLastActivePopup(other));
+  }
 }
+
 }  // namespace
 
 int RunMain(const std::string& text, int show) {
   (void)show;
-  InstallTestPause();
   INITCOMMONCONTROLSEX icc{sizeof icc, ICC_WIN95_CLASSES | ICC_BAR_CLASSES | ICC_TAB_CLASSES | ICC_TREEVIEW_CLASSES};
   InitCommonControlsEx(&icc);
   const CommandLine commandLine = ParseCommandLine(text);
@@ -228,6 +248,33 @@ int RunMain(const std::string& text, int show) {
     ui::SetSeam(&quiet->seam());
     modRegistry::SetErrorReporter([&quiet](const std::string& message) { quiet->Log("error: " + message); });
   }
+  SingleInstance instance;
+  if (!instance.owned()) {
+    if (!quiet) {
+      ShowOtherInstance();
+      return kExitOk;
+    }
+    quiet->Log("another Vexillor is running: waiting for it to finish");
+    if (!instance.Wait(kQuietWaitMs)) {
+      quiet->Log("it did not finish; exit code " + std::to_string(kExitAlreadyRunning));
+      ui::SetSeam(nullptr);
+      return kExitAlreadyRunning;
+    }
+  }
+  // A quiet run that finds an Apply or an Undo cut off puts it back before anything else, so that a
+  // logon script never writes over the only record of what to put back. A review writes nothing.
+  const bool review = commandLine.rest.rfind("/n ", 0) == 0;
+  if (quiet && !review && commandLine.rest != "/undo") {
+    int code = kExitOk;
+    ui::Guarded([&] {
+      code = RecoverBeforeQuietRun(DetectEnvironment(), [&quiet](const std::string& line) { quiet->Log(line); });
+    });
+    if (code != kExitOk) {
+      quiet->Log("finished; exit code " + std::to_string(code));
+      ui::SetSeam(nullptr);
+      return code;
+    }
+  }
   // "/undo": the last Apply taken back, without a window.
   if (commandLine.rest == "/undo") {
     int code = kExitNoWindow;
@@ -241,7 +288,6 @@ int RunMain(const std::string& text, int show) {
   }
   // "/n THEME": the theme opened as at any start, then what Apply would change listed (in the log when
   // quiet); nothing is written and the program ends.
-  const bool review = commandLine.rest.rfind("/n ", 0) == 0;
   Main main;
   main.SetQuietRun(quiet.get());
   bool created = false;

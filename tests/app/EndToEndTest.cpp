@@ -99,7 +99,7 @@ TEST(InterruptedApply, TheNextStartPutsBackWhatAKilledApplyWrote) {
   // The program pauses before step 40 of its Apply (past the desktop, Start and folder writes).
   SetEnvironmentVariableA("VEXILLOR_TEST_PAUSE_STEP", "40");
   SetEnvironmentVariableA("VEXILLOR_TEST_PAUSE_FILE", pause.c_str());
-  vxtest::RealProgram first;
+  vxtest::RealProgram first("", vxtest::TestProgram());
   SetEnvironmentVariableA("VEXILLOR_TEST_PAUSE_STEP", nullptr);
   SetEnvironmentVariableA("VEXILLOR_TEST_PAUSE_FILE", nullptr);
   HWND main = first.Main();
