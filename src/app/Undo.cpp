@@ -84,7 +84,10 @@ JournalState LastJournalState() {
   return record->kind == Journal::kUndo ? JournalState::InterruptedUndo : JournalState::InterruptedApply;
 }
 
-bool CanUndoLastApply() { return LastJournalState() == JournalState::Complete; }
+bool CanUndoLastApply() {
+  // A damaged file is offered too: choosing it tells the user why there is no way back.
+  return LastJournalState() == JournalState::Complete || !ReadJournalFiles(JournalPath()).damaged.empty();
+}
 
 std::optional<JournalRecord> CheckedJournal(const Environment& env) {
   const std::string path = JournalPath();

@@ -17,7 +17,8 @@ namespace vx {
 enum class JournalState { None, Complete, InterruptedApply, InterruptedUndo };
 // What the newest journal says, read without checking it (for menus and offers).
 JournalState LastJournalState();
-// True when a run can be taken back (its journal is complete).
+// True when a run can be taken back (its journal is complete), or a journal file is damaged (choosing
+// Undo Last Apply then says so).
 bool CanUndoLastApply();
 
 // The newest journal when it passes every check; one that fails is set aside and the user told, once.
