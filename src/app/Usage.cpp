@@ -34,6 +34,13 @@ std::string UsageText() {
   }
   text += "\r\n/q goes first. Its log:\r\n"
           "  %APPDATA%\\Vexillor\\vexillor.log\r\n"
+          "\r\nA quiet run first puts back an Apply cut off,\r\n"
+          "and waits for another Vexillor to finish.\r\n"
+          "Exit codes: 0 done, 1 no window, 2 no theme,\r\n"
+          "  3 not applied, 4 entry refused, 5 write failed,\r\n"
+          "  6 nothing to undo, 7 no journal possible,\r\n"
+          "  8 journal refused or not put back,\r\n"
+          "  9 another Vexillor still running\r\n"
           "\r\nExample:\r\n"
           "  vexillor /q /a \"C:\\Themes\\Blue Steel.vxtheme\"\r\n";
   return text;
