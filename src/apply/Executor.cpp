@@ -223,17 +223,19 @@ bool Perform(const Step& step, modRegistry::Writer& writer) {
       SystemParametersInfoA(step.action, step.uiParam, step.pvData ? buffer.data() : nullptr, step.flags);
       return true;
     }
-    case StepKind::Broadcast:
-    {
+    case StepKind::Broadcast: {
       // A window that does not answer is passed over after a few seconds, not waited for.
       DWORD_PTR answer = 0;
       SendMessageTimeoutA(HWND_BROADCAST, step.message, step.wParam, step.lParam, SMTO_ABORTIFHUNG | SMTO_NORMAL,
                           kBroadcastTimeoutMs, &answer);
       return true;
     }
-    default:
-      return true;
+    case StepKind::SetString:
+    case StepKind::SetDword:
+    case StepKind::SetRaw:
+      break;  // written above
   }
+  return true;
 }
 
 std::string Reason(const std::exception_ptr& error) {
