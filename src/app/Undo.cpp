@@ -44,7 +44,11 @@ ApplyResult RunRecord(const JournalRecord& record, const std::string& path) {
     // Finishing an undo: its own journal carries on (so the finished undo can be redone), from the
     // step that was in flight.
     Journal journal(path, Journal::kUndo);
-    if (!journal.Resume(record)) return {};
+    if (!journal.Resume(record)) {
+      ApplyResult refused;
+      refused.notStarted = true;
+      return refused;
+    }
     const auto last = record.LastReached();
     ApplyResult result = ExecuteFrom(record.plan, record.parts, last ? *last : 0, &journal);
     result.undo.plan = record.parts.UndoUpTo(record.plan, record.plan.empty() ? 0 : record.plan.size() - 1);
@@ -52,7 +56,10 @@ ApplyResult RunRecord(const JournalRecord& record, const std::string& path) {
     return result;
   }
   Journal journal(path, record.kind == Journal::kUndo ? Journal::kApply : Journal::kUndo);
+  // Without a journal of its own the undo could not be redone: asked as for Apply.
+  journal.goOnWithout = [] { return modMsgbox::JournalUnwritable() == kYes; };
   ApplyResult result = Execute(record.Undo(), &journal);
+  if (result.notStarted) return result;
   journal.Complete();
   return result;
 }
@@ -134,6 +141,7 @@ std::optional<ApplyResult> UndoLastApply(const Environment& env, RunFlags& flags
   if (!record) return std::nullopt;
   const std::string path = JournalPath();
   ApplyResult result = RunRecord(*record, path);
+  if (result.notStarted) return result;
   // The shell is refreshed as Apply refreshes it, and the icon size left exactly as the undo put it.
   const Plan size = PutBackLater(kWindowMetricsKey, "Shell Icon Size");
   if (quiet) {
@@ -154,6 +162,7 @@ int UndoFromCommandLine(const Environment& env, bool quiet) {
     return kExitNothingToUndo;
   const auto result = UndoLastApply(env, flags, {}, quiet);
   if (!result) return kExitJournalRefused;
+  if (result->notStarted) return kExitNoJournal;
   return result->ok() ? kExitOk : kExitWriteFailed;
 }
 
@@ -172,7 +181,8 @@ int RecoverBeforeQuietRun(const Environment& env, const std::function<void(const
     return kExitJournalRefused;
   }
   for (const StepFailure& f : result->failures) log("failed to put back: " + Describe(f.step));
-  if (!result->ok()) return kExitJournalRefused;
+  if (result->notStarted) log("its own journal could not be written");
+  if (!result->ok() || result->notStarted) return kExitJournalRefused;
   log("put back");
   return kExitOk;
 }

@@ -228,6 +228,20 @@ bool ReadOneFile(const std::string& file, std::optional<JournalRecord>& out) {
   return true;
 }
 
+// The sequence number of a file whose header record is intact, without reading its plan.
+std::optional<uint32_t> PeekSequence(const std::string& file) {
+  bool tooLarge = false;
+  const std::string bytes = ReadWhole(file, tooLarge);
+  codec::Reader r{bytes};
+  char tag = 0;
+  std::string_view payload;
+  if (!NextRecord(r, tag, payload) || tag != kHeader || payload.size() < 12 || payload.compare(0, 4, kMagic, 4) != 0)
+    return std::nullopt;
+  uint32_t sequence = 0;
+  std::memcpy(&sequence, payload.data() + 8, sizeof sequence);
+  return sequence;
+}
+
 }  // namespace
 
 Plan UndoParts::UndoUpTo(const Plan& plan, size_t last) const {
@@ -302,9 +316,10 @@ bool Journal::Start(const std::string& head) {
   const auto slash = path_.rfind('\\');
   if (slash != std::string::npos) CreateDirectoryA(path_.substr(0, slash).c_str(), nullptr);
   // The new record goes into the file that does not hold the newest one, which stays whole meanwhile.
-  const JournalRead now = ReadJournalFiles(path_);
-  const int slot = now.record && now.file == JournalFile(path_, 1) ? 2 : 1;
-  const uint32_t sequence = now.record ? now.record->sequence + 1 : 1;
+  const std::optional<uint32_t> first = PeekSequence(JournalFile(path_, 1)), second = PeekSequence(JournalFile(path_, 2));
+  const bool firstNewest = first && (!second || *first > *second);
+  const int slot = firstNewest ? 2 : 1;
+  const uint32_t sequence = std::max(first.value_or(0), second.value_or(0)) + 1;
   std::string header = head;
   // The sequence number sits right after the magic and the version.
   std::memcpy(header.data() + 8, &sequence, sizeof sequence);

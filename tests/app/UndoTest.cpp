@@ -207,3 +207,40 @@ TEST_F(Undo, AFailingStepKeepsApplyEnabledIsReportedAndItsPredecessorsCanBeUndon
 }
 
 }  // namespace
+
+namespace {
+
+// The session ending in the middle of an Apply: the run stops at the next step, nothing is asked, the
+// journal says which steps ran and stays incomplete, so the next start offers to put them back.
+TEST_F(Undo, EndingTheSessionStopsApplyAtAStepWithItsJournalConsistent) {
+  modRegistry::SaveDword(vx::kSettingsKey, "Dialog Rebuild", 1);
+  auto window = Open();
+  vx::Main& m = *window;
+  const std::vector<std::string> keys =
+      vxtest::KeysOf(vx::BuildIconApplyPlan(m.environment(), m.Catalogue(), vx::ListBoxValues(m.Lists()), {}));
+  vxtest::KeySnapshot snapshot(keys), metrics({vx::kWindowMetricsKey});
+  m.SelectTab(vx::kTabFolders);
+  m.OnCommand(IDC_DEFAULT);
+  vx::SetStepHook([&](const vx::Step&, size_t i) {
+    if (i == 5) {
+      EXPECT_TRUE(SendMessageA(m.hwnd(), WM_QUERYENDSESSION, 0, ENDSESSION_LOGOFF));
+    }
+  });
+  m.OnCommand(IDC_APPLY);
+  vx::SetStepHook(nullptr);
+  EXPECT_TRUE(m.lastApply().stopped);
+  EXPECT_TRUE(seam.prompts.empty());
+  const auto record = vx::ReadJournal(vx::JournalPath());
+  ASSERT_TRUE(record);
+  EXPECT_FALSE(record->complete);
+  EXPECT_TRUE(record->done[5]);
+  EXPECT_FALSE(record->done[6]);
+  window.reset();
+  seam.promptAnswers.push_back({1, false});  // "Yes"
+  Open().reset();
+  ASSERT_EQ(seam.prompts.size(), 1u);
+  EXPECT_NE(seam.prompts[0].message.find("stopped before it had finished applying"), std::string::npos);
+  EXPECT_TRUE(vx::CanUndoLastApply());  // the putting back is itself complete
+}
+
+}  // namespace
