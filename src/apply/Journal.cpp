@@ -362,7 +362,9 @@ void Journal::Done(size_t step) {
 void Journal::Extend(const Plan& undoFirst) { Append(kExtend, EncodePlan(undoFirst), true); }
 
 void Journal::Complete() {
-  Append(kComplete, "", true);
+  // Not flushed: a killed program still leaves the mark in the file, and should a power failure lose
+  // it, the next start merely offers to put back a run that had finished.
+  Append(kComplete, "", false);
   if (file_) CloseHandle(file_);
   file_ = nullptr;
 }
