@@ -62,6 +62,9 @@ void Main::cmdCancel_Click() { PostMessageA(hwnd(), WM_CLOSE, 0, 0); }
 void Main::cmdHelp_Click() { ui::GetSeam().ShellOpen(hwnd(), ui::AppHelpFile()); }
 
 void Main::OnCommand(int id) {
+  // A command that reached the window while Apply, an undo or a theme load runs (queued before the
+  // window was disabled) is dropped: none of them may start inside another.
+  if (busy()) return;
   switch (id) {
     case IDOK: cmdOK_Click(); break;
     case IDCANCEL: cmdCancel_Click(); break;
