@@ -12,10 +12,13 @@
 namespace vx {
 namespace {
 
-// File: records, each tag, payload length, payload, checksum of the three. The first is the header.
+// File: records, each tag, payload length, payload, checksum of the three. The first is the header;
+// the second holds the marks, one byte per step (1 once it has run), set through a view of the file so
+// that marking a step costs no call; it has no checksum, as it changes, and a byte that is neither 0
+// nor 1 ends it. A power cut's zeros read as steps not done.
 constexpr char kMagic[] = "VXJ2";
 constexpr uint32_t kVersion = 2;
-constexpr char kHeader = 'H', kDone = 'D', kComplete = 'C', kExtend = 'X';
+constexpr char kHeader = 'H', kMarks = 'M', kDone = 'D', kComplete = 'C', kExtend = 'X';
 constexpr size_t kMinStepBytes = 4 + 4 + 4 + 4 + 1;  // kind, three texts' lengths, skip flag
 
 uint32_t Checksum(std::string_view bytes) {
@@ -209,6 +212,18 @@ bool ReadOneFile(const std::string& file, std::optional<JournalRecord>& out) {
   JournalRecord rec;
   if (!NextRecord(r, tag, payload) || tag != kHeader || !GetHeader(payload, rec)) return false;
   rec.header.assign(payload);
+  uint32_t marks = 0;
+  if (r.text.size() - r.at >= 5 && r.text[r.at] == kMarks) {
+    ++r.at;
+    r.Number(marks);
+    const size_t have = std::min<size_t>(marks, r.text.size() - r.at);
+    for (size_t i = 0; i < have && i < rec.done.size(); ++i) {
+      const char c = r.text[r.at + i];
+      if (c != 0 && c != 1) break;
+      rec.done[i] = c == 1;
+    }
+    r.at += have;
+  }
   while (NextRecord(r, tag, payload)) {
     codec::Reader p{payload};
     uint32_t step = 0;
@@ -305,13 +320,17 @@ bool JournalVouched(const JournalRecord& record) {
 
 std::optional<JournalRecord> ReadJournal(const std::string& path) { return ReadJournalFiles(path).record; }
 
-Journal::~Journal() {
+Journal::~Journal() { Close(); }
+
+void Journal::Close() {
+  if (view_) UnmapViewOfFile(view_);
+  if (mapping_) CloseHandle(mapping_);
   if (file_) CloseHandle(file_);
+  view_ = mapping_ = file_ = nullptr;
 }
 
-bool Journal::Start(const std::string& head) {
-  if (file_) CloseHandle(file_);
-  file_ = nullptr;
+bool Journal::Start(const std::string& head, size_t steps) {
+  Close();
   // The folder is made with the first journal, not before: a program that never applied leaves nothing.
   const auto slash = path_.rfind('\\');
   if (slash != std::string::npos) CreateDirectoryA(path_.substr(0, slash).c_str(), nullptr);
@@ -323,10 +342,15 @@ bool Journal::Start(const std::string& head) {
   std::string header = head;
   // The sequence number sits right after the magic and the version.
   std::memcpy(header.data() + 8, &sequence, sizeof sequence);
-  HANDLE f = CreateFileA(JournalFile(path_, slot).c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
-                         FILE_ATTRIBUTE_NORMAL, nullptr);
+  HANDLE f = CreateFileA(JournalFile(path_, slot).c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                         CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (f == INVALID_HANDLE_VALUE) return false;
-  const std::string bytes = Record(kHeader, header);
+  std::string bytes = Record(kHeader, header);
+  bytes += kMarks;
+  codec::PutNumber(bytes, static_cast<uint32_t>(steps));
+  marksAt_ = bytes.size();
+  steps_ = steps;
+  bytes.append(steps, '\0');
   DWORD written = 0;
   if (!WriteFile(f, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) || written != bytes.size() ||
       !FlushFileBuffers(f)) {
@@ -335,16 +359,23 @@ bool Journal::Start(const std::string& head) {
     return false;
   }
   file_ = f;
+  // Marks go straight into the file's pages: they stay when the program is killed. Without a view
+  // (no memory for one), each mark is a record of its own.
+  mapping_ = CreateFileMappingA(f, nullptr, PAGE_READWRITE, 0, 0, nullptr);
+  if (mapping_) view_ = MapViewOfFile(mapping_, FILE_MAP_WRITE, 0, 0, 0);
+  SetFilePointer(f, 0, nullptr, FILE_END);
   // Fails without administrator rights, as it should: only such a run can vouch for its journal.
   modRegistry::WriteValue(kJournalVouchKey, "Journal", REG_BINARY, header);
   return true;
 }
 
-bool Journal::Begin(const Plan& plan, const UndoParts& parts) { return Start(Header(0, kind_, plan, parts)); }
+bool Journal::Begin(const Plan& plan, const UndoParts& parts) {
+  return Start(Header(0, kind_, plan, parts), plan.size());
+}
 
 bool Journal::Resume(const JournalRecord& record) {
   kind_ = record.kind;
-  if (!Start(Header(0, kind_, record.plan, record.parts))) return false;
+  if (!Start(Header(0, kind_, record.plan, record.parts), record.plan.size())) return false;
   if (!record.undoFirst.empty()) Extend(record.undoFirst);
   for (size_t i = 0; i < record.done.size(); ++i)
     if (record.done[i]) Done(i);
@@ -352,6 +383,10 @@ bool Journal::Resume(const JournalRecord& record) {
 }
 
 void Journal::Done(size_t step) {
+  if (view_ && step < steps_) {
+    static_cast<char*>(view_)[marksAt_ + step] = 1;
+    return;
+  }
   std::string payload;
   codec::PutNumber(payload, static_cast<uint32_t>(step));
   // Not flushed: a killed program still leaves it in the file; a power failure may lose it, and the
@@ -365,8 +400,7 @@ void Journal::Complete() {
   // Not flushed: a killed program still leaves the mark in the file, and should a power failure lose
   // it, the next start merely offers to put back a run that had finished.
   Append(kComplete, "", false);
-  if (file_) CloseHandle(file_);
-  file_ = nullptr;
+  Close();
 }
 
 void Journal::Append(char tag, const std::string& payload, bool flush) {

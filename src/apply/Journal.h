@@ -76,11 +76,15 @@ class Journal {
   std::function<bool()> goOnWithout;
 
  private:
-  bool Start(const std::string& head);
+  bool Start(const std::string& head, size_t steps);
   void Append(char tag, const std::string& payload, bool flush);
+  void Close();
   std::string path_;
   Kind kind_;
-  void* file_ = nullptr;  // the open file while a run writes it
+  void* file_ = nullptr;     // the open file while a run writes it
+  void* mapping_ = nullptr;  // and a view of it, where the steps are marked
+  void* view_ = nullptr;
+  size_t marksAt_ = 0, steps_ = 0;
 };
 
 // Reading the journal: its newest intact file, or nothing. A file whose header is damaged or not ours
