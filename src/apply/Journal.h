@@ -9,8 +9,9 @@
 // the file that does not hold the newest one, with a higher sequence number, so the old record stays
 // whole until the new one is complete on disk; the reader takes the newest file whose header is intact.
 // This needs nothing but CreateFile/WriteFile, so it works on every edition. Every record in a file
-// carries its own checksum: a tail the power cut left as zeros, or a mark cut short, ends the reading
-// there and what came before stands.
+// carries its own checksum: a tail the power cut left as zeros, or a record cut short, ends the reading
+// there and what came before stands. The steps' marks are one byte each in a view of the file, so
+// marking a step costs no call and a killed program's marks are still in the file.
 #include <cstdint>
 #include <functional>
 #include <optional>
