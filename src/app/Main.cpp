@@ -251,8 +251,9 @@ int RunMain(const std::string& text, int show) {
   SingleInstance instance;
   if (!instance.owned()) {
     if (!quiet) {
+      // A plain start is answered by the window; "/a", "/n" or "/undo" did not run, and says so.
       ShowOtherInstance();
-      return kExitOk;
+      return commandLine.rest.empty() ? kExitOk : kExitAlreadyRunning;
     }
     quiet->Log("another Vexillor is running: waiting for it to finish");
     if (!instance.Wait(kQuietWaitMs)) {
