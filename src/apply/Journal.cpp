@@ -329,7 +329,7 @@ void Journal::Close() {
   view_ = mapping_ = file_ = nullptr;
 }
 
-bool Journal::Start(const std::string& head, size_t steps) {
+bool Journal::Start(const std::string& head, size_t steps, bool vouch) {
   Close();
   // The folder is made with the first journal, not before: a program that never applied leaves nothing.
   const auto slash = path_.rfind('\\');
@@ -365,17 +365,18 @@ bool Journal::Start(const std::string& head, size_t steps) {
   if (mapping_) view_ = MapViewOfFile(mapping_, FILE_MAP_WRITE, 0, 0, 0);
   SetFilePointer(f, 0, nullptr, FILE_END);
   // Fails without administrator rights, as it should: only such a run can vouch for its journal.
-  modRegistry::WriteValue(kJournalVouchKey, "Journal", REG_BINARY, header);
+  if (vouch) modRegistry::WriteValue(kJournalVouchKey, "Journal", REG_BINARY, header);
   return true;
 }
 
 bool Journal::Begin(const Plan& plan, const UndoParts& parts) {
-  return Start(Header(0, kind_, plan, parts), plan.size());
+  return Start(Header(0, kind_, plan, parts), plan.size(), true);
 }
 
 bool Journal::Resume(const JournalRecord& record) {
   kind_ = record.kind;
-  if (!Start(Header(0, kind_, record.plan, record.parts), record.plan.size())) return false;
+  // A copy is vouched for only when what it copies was: this run did not make it.
+  if (!Start(Header(0, kind_, record.plan, record.parts), record.plan.size(), JournalVouched(record))) return false;
   if (!record.undoFirst.empty()) Extend(record.undoFirst);
   for (size_t i = 0; i < record.done.size(); ++i)
     if (record.done[i]) Done(i);

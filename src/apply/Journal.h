@@ -77,7 +77,7 @@ class Journal {
   std::function<bool()> goOnWithout;
 
  private:
-  bool Start(const std::string& head, size_t steps);
+  bool Start(const std::string& head, size_t steps, bool vouch);
   void Append(char tag, const std::string& payload, bool flush);
   void Close();
   std::string path_;

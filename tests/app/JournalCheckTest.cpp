@@ -198,3 +198,34 @@ TEST_F(JournalCheck, RecoveryPutsBackOnlyWhatTheRunReachedAndFinishesAnUndo) {
 }
 
 }  // namespace
+
+namespace {
+
+// With administrator rights, a journal that no such run vouched for shows its machine-wide writes and
+// asks before making them; one this run wrote does not ask.
+TEST_F(JournalCheck, AnAdministratorSeesMachineWideWritesOfAJournalItDidNotWriteFirst) {
+  if (!RunsAsAdministrator()) GTEST_SKIP() << "needs administrator rights (Wine's default user has them)";
+  vxtest::RegistryScope vouch({kJournalVouchKey});
+  auto m = Open();
+  const Plan undo{SetRaw(kShellIconsKey, "3", REG_SZ, std::string("C:\\undone.dll,5", 16))};
+  WriteJournal(undo, true);
+  modRegistry::WriteValue(kJournalVouchKey, "Journal", REG_BINARY, "another header");  // as if written by a user
+  seam.promptAnswers.push_back({0, false});  // "No"
+  m->OnCommand(IDM_TOOLS_UNDO);
+  ASSERT_EQ(seam.reviews.size(), 1u);
+  ASSERT_EQ(seam.reviews[0].rows.size(), 1u);
+  EXPECT_EQ(seam.reviews[0].rows[0].after, "\"C:\\undone.dll,5\"");
+  EXPECT_EQ(modRegistry::GetString(kShellIconsKey, "3"), "C:\\before.dll,2");
+  seam.promptAnswers.push_back({1, false});  // "Yes"
+  m->OnCommand(IDM_TOOLS_UNDO);
+  EXPECT_EQ(modRegistry::GetString(kShellIconsKey, "3"), "C:\\undone.dll,5");
+
+  // Written by this run: no list, no question.
+  RemoveJournal(JournalPath());
+  WriteJournal(undo, true);
+  seam.reviews.clear();
+  m->OnCommand(IDM_TOOLS_UNDO);
+  EXPECT_TRUE(seam.reviews.empty());
+}
+
+}  // namespace
