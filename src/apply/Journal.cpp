@@ -119,8 +119,13 @@ bool GetStep(codec::Reader& r, Step& s) {
       s.lParam = static_cast<LPARAM>(static_cast<int32_t>(lParam));
       return true;
     }
-    default: return true;
+    case StepKind::DeleteValue:
+    case StepKind::DeleteKey:
+    case StepKind::CreateKey:
+    case StepKind::CreateFolder:
+    case StepKind::RemoveFolder: return true;
   }
+  return false;
 }
 
 void PutPlan(std::string& out, const Plan& plan) {
