@@ -21,21 +21,39 @@ std::string& LastRefusal() {
   return why;
 }
 
+// The token functions are looked up, not imported: Windows 95 and NT 4 lack some of them.
+template <typename F>
+F Advapi(const char* name) {
+  return reinterpret_cast<F>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("advapi32.dll"), name)));
+}
+
 bool MembershipOfAdministrators() {
-  using Check = BOOL(WINAPI*)(HANDLE, PSID, PBOOL);
-  // Not on Windows NT 4: looked up, not imported.
-  const auto check = reinterpret_cast<Check>(
-      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("advapi32.dll"), "CheckTokenMembership")));
-  if (!check) return false;
+  const auto check = Advapi<BOOL(WINAPI*)(HANDLE, PSID, PBOOL)>("CheckTokenMembership");
+  const auto allocate = Advapi<BOOL(WINAPI*)(PSID_IDENTIFIER_AUTHORITY, BYTE, DWORD, DWORD, DWORD, DWORD, DWORD, DWORD,
+                                             DWORD, DWORD, PSID*)>("AllocateAndInitializeSid");
+  const auto release = Advapi<PVOID(WINAPI*)(PSID)>("FreeSid");
+  if (!check || !allocate || !release) return false;
   SID_IDENTIFIER_AUTHORITY nt = SECURITY_NT_AUTHORITY;
   PSID admins = nullptr;
-  if (!AllocateAndInitializeSid(&nt, 2, SECURITY_BUILTIN_DOMAIN_RID, DOMAIN_ALIAS_RID_ADMINS, 0, 0, 0, 0, 0, 0,
-                                &admins))
-    return false;
+  if (!allocate(&nt, 2, SECURITY_BUILTIN_DOMAIN_RID, DOMAIN_ALIAS_RID_ADMINS, 0, 0, 0, 0, 0, 0, &admins)) return false;
   BOOL member = FALSE;
   if (!check(nullptr, admins, &member)) member = FALSE;
-  FreeSid(admins);
+  release(admins);
   return member != FALSE;
+}
+
+// Since Vista an administrator's programs run without those rights unless raised: the token says.
+std::optional<bool> Elevated() {
+  const auto open = Advapi<BOOL(WINAPI*)(HANDLE, DWORD, PHANDLE)>("OpenProcessToken");
+  const auto query = Advapi<BOOL(WINAPI*)(HANDLE, TOKEN_INFORMATION_CLASS, LPVOID, DWORD, PDWORD)>("GetTokenInformation");
+  HANDLE token = nullptr;
+  if (!open || !query || !open(GetCurrentProcess(), TOKEN_QUERY, &token)) return std::nullopt;
+  DWORD elevated = 0, size = 0;
+  const BOOL known = query(token, static_cast<TOKEN_INFORMATION_CLASS>(20 /* TokenElevation */), &elevated,
+                           sizeof elevated, &size);
+  CloseHandle(token);
+  if (!known) return std::nullopt;
+  return elevated != 0;
 }
 
 // The run's undo, or the rest of an undo that was cut off, with the journal that records it.
@@ -72,15 +90,7 @@ bool RunsAsAdministrator() {
   OSVERSIONINFOA v{};
   v.dwOSVersionInfoSize = sizeof v;
   if (!GetVersionExA(&v) || v.dwPlatformId != VER_PLATFORM_WIN32_NT) return false;
-  // Since Vista an administrator's programs run without those rights unless raised: the token says.
-  HANDLE token = nullptr;
-  if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token)) {
-    DWORD elevated = 0, size = 0;
-    const BOOL known = GetTokenInformation(token, static_cast<TOKEN_INFORMATION_CLASS>(20 /* TokenElevation */),
-                                           &elevated, sizeof elevated, &size);
-    CloseHandle(token);
-    if (known) return elevated != 0;
-  }
+  if (const auto elevated = Elevated()) return *elevated;
   return MembershipOfAdministrators();
 }
 
