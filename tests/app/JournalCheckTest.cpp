@@ -229,3 +229,28 @@ TEST_F(JournalCheck, AnAdministratorSeesMachineWideWritesOfAJournalItDidNotWrite
 }
 
 }  // namespace
+
+namespace {
+
+// When the journal cannot be written (here both its files are folders), Apply asks before it writes
+// anything: "No" leaves everything as it was and the changes pending.
+TEST_F(JournalCheck, ApplyAsksFirstWhenItsJournalCannotBeWritten) {
+  const std::string dir = JournalPath().substr(0, JournalPath().rfind('\\'));
+  CreateDirectoryA(dir.c_str(), nullptr);
+  for (int slot : {1, 2}) ASSERT_TRUE(CreateDirectoryA(JournalFile(JournalPath(), slot).c_str(), nullptr));
+  auto m = Open();
+  m->SelectTab(kTabFolders);
+  m->OnCommand(IDC_DEFAULT);  // Closed Folder back to its default
+  seam.prompts.clear();
+  seam.promptAnswers.push_back({0, false});  // "No"
+  m->OnCommand(IDC_APPLY);
+  ASSERT_EQ(seam.prompts.size(), 1u);
+  EXPECT_NE(seam.prompts[0].message.find("cannot write the record"), std::string::npos);
+  EXPECT_TRUE(m->lastApply().notStarted);
+  EXPECT_EQ(modRegistry::GetString(kShellIconsKey, "3"), "C:\\before.dll,2");
+  EXPECT_TRUE(m->applyEnabled());
+  m.reset();
+  for (int slot : {1, 2}) RemoveDirectoryA(JournalFile(JournalPath(), slot).c_str());
+}
+
+}  // namespace
