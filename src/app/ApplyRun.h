@@ -29,13 +29,17 @@ struct ApplyInput {
   std::function<std::optional<bool>()> bitmapThumbnail;
   std::function<void()> refreshFolderTree;
   Journal* journal = nullptr;  // when given, the run is journaled
+  StopCheck stop = nullptr;    // asked between steps: true stops the run there (the session is ending)
 };
 
 // The plan of the stages that write (settings, icons), as the run would carry it out.
 Plan BuildApplyPlan(const ApplyInput& input, const RunFlags& flags);
 
 // Carries out Apply. When a step threw and the run stopped, neither the rebuild nor the restart offer
-// runs, and the flags stay as they were so that the next Apply does them.
+// runs, and the flags stay as they were so that the next Apply does them. The journal is marked
+// complete after the cache rebuild, whose own writes it covers; a run stopped because the session is
+// ending leaves it incomplete, to be put back at the next start. When the journal could not be written
+// and the run was not to go on without it, nothing ran (result.notStarted).
 ApplyResult RunApply(const ApplyInput& input, RunFlags& flags);
 
 }  // namespace vx

@@ -39,6 +39,9 @@ enum ExitCode : int {
                             // (with "/n": would be refused)
   kExitWriteFailed = 5,     // at least one write failed
   kExitNothingToUndo = 6,   // "/undo" found no Apply to take back
+  kExitNoJournal = 7,       // the journal could not be written, so nothing was applied
+  kExitJournalRefused = 8,  // a journal was damaged or not the program's own, or could not be put back in full
+  kExitAlreadyRunning = 9,  // another Vexillor was still running after the wait
   kExitNothingLoaded = 10,  // the theme held nothing that could be loaded: nothing was applied
 };
 

@@ -20,7 +20,19 @@ constexpr const char* kClassName = "VexillorMain";
 
 Main::Main() = default;
 
+Main::BusyScope::BusyScope(Main& main) : main_(main), wasEnabled_(IsWindowEnabled(main.hwnd()) != FALSE) {
+  if (main_.busy_++ == 0 && wasEnabled_) EnableWindow(main_.hwnd(), FALSE);
+}
+
+Main::BusyScope::~BusyScope() {
+  if (--main_.busy_ == 0 && wasEnabled_) EnableWindow(main_.hwnd(), TRUE);
+}
+
 Main::~Main() {
+  if (hwnd() && modMsgbox::Owner() == hwnd()) {
+    modMsgbox::SetOwner(nullptr);
+    modRegistry::SetErrorOwner(nullptr);
+  }
   Destroy();
   if (font_) DeleteObject(font_);
 }
@@ -40,6 +52,7 @@ bool Main::Create(const Environment& env, const std::string& commandLine, bool q
                           reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1), icon))
     return false;
   modMsgbox::SetOwner(hwnd());
+  modRegistry::SetErrorOwner(hwnd());
   CreateMenus();
   CreateControls();
   Form_Load();
@@ -160,8 +173,13 @@ LRESULT Main::HandleMessage(UINT msg, WPARAM wp, LPARAM lp) {
       // Undo Last Apply is there only when an Apply can be taken back.
       EnableMenuItem(menu_, IDM_TOOLS_UNDO, MF_BYCOMMAND | (CanUndoLastApply() ? MF_ENABLED : MF_GRAYED));
       return 0;
+    case WM_QUERYENDSESSION:
+      // A run in progress stops at its next step boundary, its journal consistent; the next start
+      // offers to put it back.
+      if (busy()) endingSession_ = true;
+      return TRUE;
     case WM_CLOSE:
-      if (closing_ || Form_QueryUnload()) return 0;
+      if (closing_ || busy() || Form_QueryUnload()) return 0;
       closing_ = true;
       Form_Unload();
       // DestroyWindow itself (not Destroy, which detaches first) so WM_DESTROY still reaches us.
@@ -178,23 +196,44 @@ LRESULT Main::HandleMessage(UINT msg, WPARAM wp, LPARAM lp) {
 // --- the program ------------------------------------------------------------------------------------
 
 namespace {
-// For the test that stops the program in the middle of an Apply: with VEXILLOR_TEST_PAUSE_STEP=N in
-// its environment, the program creates the file named by VEXILLOR_TEST_PAUSE_FILE before step N of an
-// Apply and waits there until it is killed.
-void InstallTestPause() {
-  char step[16] = {}, file[MAX_PATH] = {};
-  if (!GetEnvironmentVariableA("VEXILLOR_TEST_PAUSE_STEP", step, sizeof step) ||
-      !GetEnvironmentVariableA("VEXILLOR_TEST_PAUSE_FILE", file, sizeof file))
-    return;
-  const auto at = ParseInt32(step);
-  if (!at) return;
-  SetStepHook([at = static_cast<size_t>(*at), file = std::string(file)](const Step&, size_t index) {
-    if (index != at) return;
-    HANDLE h = CreateFileA(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (h != INVALID_HANDLE_VALUE) CloseHandle(h);
-    for (;;) Sleep(1000);
-  });
+
+constexpr const char* kInstanceName = "Quenby.Vexillor.Running";
+constexpr DWORD kQuietWaitMs = 60000;  // a quiet run waits this long for another Vexillor to finish
+
+// One Vexillor at a time: two runs writing the same keys and the same journal would each undo the
+// other's work. Held until the process ends.
+class SingleInstance {
+ public:
+  SingleInstance() : mutex_(CreateMutexA(nullptr, TRUE, kInstanceName)) {
+    owned_ = mutex_ && GetLastError() != ERROR_ALREADY_EXISTS;
+  }
+  ~SingleInstance() {
+    if (owned_) ReleaseMutex(mutex_);
+    if (mutex_) CloseHandle(mutex_);
+  }
+  SingleInstance(const SingleInstance&) = delete;
+  SingleInstance& operator=(const SingleInstance&) = delete;
+  bool owned() const { return owned_ || !mutex_; }
+  // Waits for the other one to end (or be killed).
+  bool Wait(DWORD ms) {
+    const DWORD r = WaitForSingleObject(mutex_, ms);
+    owned_ = r == WAIT_OBJECT_0 || r == WAIT_ABANDONED;
+    return owned_;
+  }
+
+ private:
+  HANDLE mutex_;
+  bool owned_ = false;
+};
+
+// A second start with a window brings the running one forward instead.
+void ShowOtherInstance() {
+  if (HWND other = FindWindowA("VexillorMain", nullptr)) {
+    if (IsIconic(other)) ShowWindow(other, SW_RESTORE);
+    SetForegroundWindow(GetLastActivePopup(other));
+  }
 }
+
 }  // namespace
 
 namespace {
@@ -222,7 +261,6 @@ int FinishReview(Main& main, QuietRun* quiet) {
 
 int RunMain(const std::string& text, int show) {
   (void)show;
-  InstallTestPause();
   INITCOMMONCONTROLSEX icc{sizeof icc, ICC_WIN95_CLASSES | ICC_BAR_CLASSES | ICC_TAB_CLASSES | ICC_TREEVIEW_CLASSES};
   InitCommonControlsEx(&icc);
   const CommandLine commandLine = ParseCommandLine(text);
@@ -242,11 +280,39 @@ int RunMain(const std::string& text, int show) {
     ui::SetSeam(&quiet->seam());
     modRegistry::SetErrorReporter([&quiet](const std::string& message) { quiet->Log("error: " + message); });
   }
+  SingleInstance instance;
+  if (!instance.owned()) {
+    if (!quiet) {
+      // A plain start is answered by the window; "/a", "/n" or "/undo" did not run, and says so.
+      ShowOtherInstance();
+      return commandLine.action == CommandLine::Open && commandLine.theme.empty() ? kExitOk : kExitAlreadyRunning;
+    }
+    quiet->Log("another Vexillor is running: waiting for it to finish");
+    if (!instance.Wait(kQuietWaitMs)) {
+      quiet->Log("it did not finish; exit code " + std::to_string(kExitAlreadyRunning));
+      ui::SetSeam(nullptr);
+      return kExitAlreadyRunning;
+    }
+  }
+  // A quiet run that finds an Apply or an Undo cut off puts it back before anything else, so that a
+  // logon script never writes over the only record of what to put back. A review writes nothing.
+  if (quiet && commandLine.action != CommandLine::Review && commandLine.action != CommandLine::Undo) {
+    int code = kExitOk;
+    ui::Guarded([&] {
+      code = RecoverBeforeQuietRun(DetectEnvironment(), [&quiet](const std::string& line) { quiet->Log(line); });
+    });
+    if (code != kExitOk) {
+      quiet->Log("finished; exit code " + std::to_string(code));
+      ui::SetSeam(nullptr);
+      return code;
+    }
+  }
   // "/undo": the last Apply taken back, without a window.
   if (commandLine.action == CommandLine::Undo) {
     int code = kExitNoWindow;
     ui::Guarded([&] { code = UndoFromCommandLine(DetectEnvironment(), quiet != nullptr); });
     if (quiet) {
+      if (!JournalRefusal().empty()) quiet->Log("journal not run: " + JournalRefusal());
       quiet->Log("undo finished; exit code " + std::to_string(code));
       ui::SetSeam(nullptr);
     }

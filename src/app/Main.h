@@ -121,6 +121,23 @@ class Main : public ui::Window, public EditHost {
   void lstbxExplorer_Click() override;  // selection changed in the folder tree
   void RebuildIconCache() override;     // also the File menu's and the toolbar's command
 
+ // While Apply, an undo or a theme load runs, the window takes no input (no second Apply inside the
+  // first, no closing under it); prompts raised meanwhile are owned by it.
+  class BusyScope {
+   public:
+    explicit BusyScope(Main& main);
+    ~BusyScope();
+    BusyScope(const BusyScope&) = delete;
+    BusyScope& operator=(const BusyScope&) = delete;
+
+   private:
+    Main& main_;
+    bool wasEnabled_;
+  };
+  bool busy() const { return busy_ > 0; }
+  // The session is ending: a run in progress stops at the next step boundary.
+  bool endingSession() const { return endingSession_; }
+
  protected:
   LRESULT HandleMessage(UINT msg, WPARAM wp, LPARAM lp) override;
 
@@ -170,6 +187,8 @@ class Main : public ui::Window, public EditHost {
   bool commandLineHandled_ = false;
   bool reviewOnly_ = false;
   std::string commandLineTheme_;  // the theme the command line opened, "" when none was
+  int busy_ = 0;
+  bool endingSession_ = false;
 };
 
 // After an Apply or an undo in which steps failed: one prompt that names them in the user's words.

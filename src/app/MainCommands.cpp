@@ -2,6 +2,7 @@
 #include "app/Main.h"
 
 #include "app/ApplyRun.h"
+#include "app/CommandLine.h"
 #include "app/Undo.h"
 #include "apply/Journal.h"
 #include "app/Shell.h"
@@ -18,13 +19,24 @@ namespace vx {
 bool Main::applyEnabled() const { return IsWindowEnabled(GetDlgItem(hwnd(), IDC_APPLY)) != FALSE; }
 
 void Main::cmdApply_Click() {
+  if (busy()) return;
+  BusyScope busy(*this);
   ui::MousePointer wait(ui::MousePointer::kHourglass);
   const IconLists lists = Lists();
   const ListBoxValues values(lists);
   ApplyInput input = MakeApplyInput(values);
   Journal journal(JournalPath(), Journal::kApply);
+  journal.goOnWithout = [] { return modMsgbox::JournalUnwritable() == 1; };  // slot 1: "Yes"
   input.journal = &journal;
+  input.stop = [this] { return endingSession(); };
   lastApply_ = RunApply(input, flags);
+  if (lastApply_.notStarted) {
+    if (quiet_) {
+      quiet_->Log("the journal could not be written: nothing applied; exit code " + std::to_string(kExitNoJournal));
+      Fail(kExitNoJournal);
+    }
+    return;
+  }
   // A run that stopped leaves its changes pending, so Apply can be pressed again.
   if (!lastApply_.stopped) EnableWindow(control(IDC_APPLY), FALSE);
   ReportFailures(lastApply_);
@@ -50,6 +62,9 @@ void Main::cmdCancel_Click() { PostMessageA(hwnd(), WM_CLOSE, 0, 0); }
 void Main::cmdHelp_Click() { ui::GetSeam().ShellOpen(hwnd(), ui::AppHelpFile()); }
 
 void Main::OnCommand(int id) {
+  // A command that reached the window while Apply, an undo or a theme load runs (queued before the
+  // window was disabled) is dropped: none of them may start inside another.
+  if (busy()) return;
   switch (id) {
     case IDOK: cmdOK_Click(); break;
     case IDCANCEL: cmdCancel_Click(); break;

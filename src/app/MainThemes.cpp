@@ -52,7 +52,10 @@ void Main::OpenTheme(const std::string& text, bool fromCommandLine) {
     }
   }
   ListBoxThemeLists lists(Lists());
-  const OpenOutcome outcome = OpenThemeFile(path, env_, lists, hwnd());
+  const OpenOutcome outcome = [&] {
+    BusyScope busy(*this);  // the load yields to the message loop
+    return OpenThemeFile(path, env_, lists, hwnd());
+  }();
   // From the command line, a theme of which nothing could be taken is no theme to apply or record.
   const bool took = outcome.status == OpenOutcome::Loaded && (!fromCommandLine || outcome.report.changed > 0);
   if (took) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "app/Undo.h"
+#include "apply/Journal.h"
 #include "apply/Preview.h"
 #include "icons/Refresh.h"
 #include "registry/modRegistry.h"
@@ -39,7 +40,8 @@ void ReportFailures(const ApplyResult& result) {
 
 void Main::UndoLastApply() {
   ui::MousePointer wait(ui::MousePointer::kHourglass);
-  if (const auto result = vx::UndoLastApply(env_, flags, [this] { RefreshFolderTree(); }, false)) {
+  BusyScope busy(*this);
+  if (const auto result = vx::UndoLastApply(env_, flags, [this] { RefreshFolderTree(); }, false, hwnd())) {
     lastApply_ = *result;
     ReportFailures(*result);
   }
@@ -48,8 +50,14 @@ void Main::UndoLastApply() {
 }
 
 void Main::OfferRecovery() {
-  if (!ApplyWasInterrupted()) return;
-  if (modMsgbox::InterruptedApply() == kYes) {
+  const JournalState state = LastJournalState();
+  const bool damaged = !ReadJournalFiles(JournalPath()).damaged.empty();
+  if (state != JournalState::InterruptedApply && state != JournalState::InterruptedUndo && !damaged) return;
+  // Checked before anything is asked: a journal that is not the program's own is set aside, said once.
+  const auto record = CheckedJournal(env_);
+  if (!record || record->complete) return;
+  const bool undo = record->kind == Journal::kUndo;
+  if ((undo ? modMsgbox::InterruptedUndo() : modMsgbox::InterruptedApply()) == kYes) {
     UndoLastApply();
   } else {
     KeepInterruptedApply();

@@ -30,6 +30,9 @@ const std::vector<ExitCodeLine>& ExitCodeLines() {
       {kExitEntryRefused, "entries refused (/n: would be)"},
       {kExitWriteFailed, "a write failed"},
       {kExitNothingToUndo, "/undo: nothing to take back"},
+      {kExitNoJournal, "no journal could be written"},
+      {kExitJournalRefused, "journal refused or not put back"},
+      {kExitAlreadyRunning, "another Vexillor still running"},
       {kExitNothingLoaded, "nothing in the theme could be used"},
   };
   return lines;
@@ -51,6 +54,8 @@ std::string UsageText() {
           "THEME without a folder is in the current one.\r\n"
           "/q writes its log to\r\n"
           "  %APPDATA%\\Vexillor\\vexillor.log\r\n"
+          "\r\nA quiet run first puts back an Apply cut off,\r\n"
+          "and waits for another Vexillor to finish.\r\n"
           "\r\nExit codes (the highest cause wins):\r\n";
   for (const auto& e : ExitCodeLines())
     text += "  " + std::to_string(e.code) + std::string(e.code < 10 ? 3 : 2, ' ') + e.meaning + "\r\n";

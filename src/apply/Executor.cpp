@@ -1,5 +1,7 @@
 #include "apply/Executor.h"
 
+#include "apply/Journal.h"
+
 #include "apply/Codec.h"
 
 #include <cstring>
@@ -7,12 +9,13 @@
 #include <map>
 #include <set>
 
-#include "apply/Journal.h"
 
 namespace vx {
 namespace {
 
 using modRegistry::KeyTree;
+
+constexpr UINT kBroadcastTimeoutMs = 3000;
 
 StepHook& Hook() {
   static StepHook hook;
@@ -147,22 +150,8 @@ Plan UndoOfOther(const Step& step, bool& repeat) {
 
 // What undoes each step, all read before any of them runs (so a journal can hold it before the first
 // write). The values a plan changes are read one key at a time, with one open for all of a key's values.
-struct Captured {
-  std::vector<Plan> fragments;
-  std::vector<bool> repeat;
-
-  // The undo of the steps up to and including `last`, newest first, then the repeated notifications.
-  Plan UndoUpTo(const Plan& plan, size_t last) const {
-    Plan undo;
-    for (size_t i = last + 1; i-- > 0;) Append(undo, fragments[i]);
-    for (size_t i = 0; i <= last && i < plan.size(); ++i)
-      if (repeat[i]) undo.push_back(plan[i]);
-    return undo;
-  }
-};
-
-Captured Capture(const Plan& plan) {
-  Captured c{std::vector<Plan>(plan.size()), std::vector<bool>(plan.size())};
+UndoParts Capture(const Plan& plan) {
+  UndoParts c{std::vector<Plan>(plan.size()), std::vector<bool>(plan.size())};
   std::map<std::string, std::vector<size_t>> byKey;
   for (size_t i = 0; i < plan.size(); ++i) {
     if (ChangesOneValue(plan[i])) {
@@ -234,12 +223,19 @@ bool Perform(const Step& step, modRegistry::Writer& writer) {
       SystemParametersInfoA(step.action, step.uiParam, step.pvData ? buffer.data() : nullptr, step.flags);
       return true;
     }
-    case StepKind::Broadcast:
-      SendMessageA(HWND_BROADCAST, step.message, step.wParam, step.lParam);
+    case StepKind::Broadcast: {
+      // A window that does not answer is passed over after a few seconds, not waited for.
+      DWORD_PTR answer = 0;
+      SendMessageTimeoutA(HWND_BROADCAST, step.message, step.wParam, step.lParam, SMTO_ABORTIFHUNG | SMTO_NORMAL,
+                          kBroadcastTimeoutMs, &answer);
       return true;
-    default:
-      return true;
+    }
+    case StepKind::SetString:
+    case StepKind::SetDword:
+    case StepKind::SetRaw:
+      break;  // written above
   }
+  return true;
 }
 
 std::string Reason(const std::exception_ptr& error) {
@@ -309,31 +305,49 @@ Plan PutBackLater(const std::string& key, const std::string& value) {
   return UndoOfValue(SetString(key, value, ""), modRegistry::ReadPrevious(key, {value})[0]);
 }
 
-ApplyResult Execute(const Plan& plan, Journal* journal) {
+ApplyResult Execute(const Plan& plan, Journal* journal, const StopCheck& stop) {
+  if (plan.empty()) return {};
+  const UndoParts parts = Capture(plan);
+  if (journal && !journal->Begin(plan, parts) && !(journal->goOnWithout && journal->goOnWithout())) {
+    ApplyResult result;
+    result.notStarted = true;
+    return result;
+  }
+  return ExecuteFrom(plan, parts, 0, journal, stop);
+}
+
+ApplyResult ExecuteFrom(const Plan& plan, const UndoParts& parts, size_t first, Journal* journal,
+                        const StopCheck& stop) {
   ApplyResult result;
-  if (plan.empty()) return result;
-  const Captured captured = Capture(plan);
-  if (journal) journal->Begin(plan, captured.UndoUpTo(plan, plan.size() - 1));
+  if (first >= plan.size()) return result;
   modRegistry::Writer writer;
-  size_t last = 0;
-  for (size_t i = 0; i < plan.size(); ++i) {
+  size_t last = first;
+  for (size_t i = first; i < plan.size(); ++i) {
+    // Between two steps the journal is consistent: a run asked to end stops here.
+    if (i > first && stop && stop()) {
+      result.stopped = true;
+      result.interrupted = true;
+      break;
+    }
     const Step& step = plan[i];
     last = i;
+    bool stops = false;
     try {
       if (Hook()) Hook()(step, i);
       if (!Perform(step, writer)) result.failures.push_back({i, step, "the write failed"});
     } catch (...) {
       result.failures.push_back({i, step, Reason(std::current_exception())});
-      if (!step.skipOnError) {
-        result.stopped = true;
-        break;
-      }
+      stops = !step.skipOnError;
     }
     if (journal) journal->Done(i);
+    if (stops) {
+      result.stopped = true;
+      break;
+    }
   }
   writer.Close();
   // A run that ends here, stopped or not, is finished: the caller marks its journal complete.
-  result.undo.plan = captured.UndoUpTo(plan, last);
+  result.undo.plan = parts.UndoUpTo(plan, last);
   return result;
 }
 

@@ -30,16 +30,25 @@ struct StepFailure {
 struct ApplyResult {
   UndoRecord undo;
   std::vector<StepFailure> failures;
-  bool stopped = false;  // a step threw and the steps after it did not run
+  bool stopped = false;      // a step threw, or the run was asked to end, and the steps after it did not run
+  bool interrupted = false;  // asked to end (the session ending) between two steps
+  bool notStarted = false;   // the journal could not be written and the run was not to go on without it
   bool ok() const { return failures.empty(); }
 };
 
 class Journal;
+struct UndoParts;
+// Asked between two steps: true stops the run there (the session is ending).
+using StopCheck = std::function<bool()>;
 
 // What every step is about to replace is read before the first step runs; with a journal, the plan and
 // that undo record are on disk before anything is changed and each step is marked when it has run; the
 // caller marks the journal complete once everything that belongs to the run is done.
-ApplyResult Execute(const Plan& plan, Journal* journal = nullptr);
+// When the journal cannot be written, its goOnWithout decides whether the run goes on (without it).
+ApplyResult Execute(const Plan& plan, Journal* journal = nullptr, const StopCheck& stop = {});
+// Carries out the steps from `first` on, with undo parts read earlier (an interrupted run finished).
+ApplyResult ExecuteFrom(const Plan& plan, const UndoParts& parts, size_t first, Journal* journal,
+                        const StopCheck& stop = {});
 // The steps that put one value back as it is now (its type and bytes, or its absence), read now.
 Plan PutBackLater(const std::string& key, const std::string& value);
 

@@ -24,7 +24,7 @@ enum class StepKind {
   CreateFolder,     // a folder (key = its path); one that is there already counts as done
   RemoveFolder,     // an empty folder (key = its path); one that is not there counts as done
   SystemParameter,  // SystemParametersInfoA(action, uiParam, pvParam, flags)
-  Broadcast,        // SendMessageA(HWND_BROADCAST, message, wParam, lParam)
+  Broadcast,        // SendMessageTimeoutA(HWND_BROADCAST, message, wParam, lParam), a hung window passed over
 };
 
 struct Step {

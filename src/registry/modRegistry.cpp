@@ -18,9 +18,12 @@ REGSAM InView(REGSAM access) { return access | later::RegistryView(); }
 constexpr DWORD kStringBuffer = 255;  // texts of 255 bytes or more (with their NUL) do not fit
 constexpr DWORD kBinaryProbe = 100;   // the first binary query only learns the value's size
 
+HWND g_errorOwner = nullptr;
+
 std::function<void(const std::string&)>& ErrorReporter() {
+  // Owned by the main window, so that the box keeps it from taking input while it is up.
   static std::function<void(const std::string&)> report = [](const std::string& text) {
-    MessageBoxA(nullptr, text.c_str(), "Vexillor", MB_OK);
+    MessageBoxA(g_errorOwner, text.c_str(), "Vexillor", MB_OK);
   };
   return report;
 }
@@ -175,14 +178,18 @@ bool SaveBinary(const std::string& keyPath, const std::string& valueName, const 
 
 bool DeleteValue(const std::string& keyPath, const std::string& valueName) {
   OpenKey key(keyPath, kWrite);
-  if (!key) return true;
+  if (!key) {  // nothing to delete succeeds; a value there that we may not remove fails
+    DWORD type = 0;
+    std::string bytes;
+    return !ReadValue(keyPath, valueName, type, bytes);
+  }
   const LONG rc = RegDeleteValueA(key.get(), valueName.c_str());
   return rc == ERROR_SUCCESS || rc == ERROR_FILE_NOT_FOUND;
 }
 
 bool DeleteKey(const std::string& parentPath, const std::string& subkeyName) {
   OpenKey key(parentPath, kWrite);
-  if (!key) return true;
+  if (!key) return !KeyExists(parentPath + "\\" + subkeyName);
   const LONG rc = later::DeleteRegistryKey(key.get(), subkeyName.c_str());
   return rc == ERROR_SUCCESS || rc == ERROR_FILE_NOT_FOUND;
 }
@@ -306,6 +313,8 @@ bool DeleteTree(const std::string& keyPath) {
   if (slash == std::string::npos) return false;
   return DeleteKey(keyPath.substr(0, slash), keyPath.substr(slash + 1));
 }
+
+void SetErrorOwner(HWND owner) { g_errorOwner = owner; }
 
 void SetErrorReporter(std::function<void(const std::string&)> report) {
   ErrorReporter() = std::move(report);

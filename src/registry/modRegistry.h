@@ -94,5 +94,7 @@ bool DeleteTree(const std::string& keyPath);
 // SaveBinary's "Error" message goes through this; by default a plain message box with an OK button.
 // Tests install their own to record it.
 void SetErrorReporter(std::function<void(const std::string&)> report);
+// The window that owns the default "Error" box.
+void SetErrorOwner(HWND owner);
 
 }  // namespace modRegistry

@@ -182,6 +182,35 @@ int InterruptedApply() {
              "No", "Yes", "", ui::kIconQuestion);
 }
 
+int InterruptedUndo() {
+  return Ask(Paragraphs({"Vexillor was stopped before it had finished taking back your last Apply, so some of "
+                         "your earlier settings were put back and others were not.",
+                         "Would you like to finish taking that Apply back?"}),
+             "No", "Yes", "", ui::kIconQuestion);
+}
+
+int JournalUnwritable() {
+  return Ask(Paragraphs({"Vexillor cannot write the record it keeps of each Apply, so you would not be able to "
+                         "take these changes back with \"Undo Last Apply\".",
+                         "Would you like to apply them anyway?"}),
+             "No", "Yes", "", ui::kIconExclamation);
+}
+
+int JournalRejected(const std::string& file) {
+  return Ask(Paragraphs({"The record of your last Apply has been damaged or changed by another program, so "
+                         "Vexillor did not use it and nothing in it was done.",
+                         "It has been kept as \"" + file + "\"."}),
+             "OK", "", "", ui::kIconExclamation);
+}
+
+int MachineWideJournal() {
+  return Ask(Paragraphs({"Putting back your last Apply would change settings kept for every user of this "
+                         "computer, and Vexillor is running with administrator rights. The changes are the "
+                         "ones just listed.",
+                         "Would you like to make them?"}),
+             "No", "Yes", "", ui::kIconQuestion);
+}
+
 void NothingToRestore() {
   Ask("You must select a customised folder or hard drive before it can be restored to the default icon.",
              "OK", "", "", ui::kIconInformation);

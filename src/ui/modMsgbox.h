@@ -56,5 +56,14 @@ void NothingToRestore();
 int ApplyFailed(const std::vector<std::string>& failed, bool stopped, bool administrator);
 // At start, when an Apply was cut off: 1 ("Yes") puts back everything it had changed.
 int InterruptedApply();
+// At start, when an Undo Last Apply was cut off: 1 ("Yes") finishes taking the Apply back.
+int InterruptedUndo();
+// Before Apply writes anything, when its journal cannot be written: 1 ("Yes") applies without a way back.
+int JournalUnwritable();
+// The journal was damaged or changed by another program and was set aside (`file`) without running.
+int JournalRejected(const std::string& file);
+// With administrator rights, before a journal writes keys kept for every user (listed before it):
+// 1 ("Yes") runs it.
+int MachineWideJournal();
 
 }  // namespace modMsgbox

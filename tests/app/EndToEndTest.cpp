@@ -90,7 +90,7 @@ TEST(InterruptedApply, TheNextStartPutsBackWhatAKilledApplyWrote) {
   modRegistry::SaveDword(vx::kSettingsKey, "Active Tab", vx::kTabFolders);
   modRegistry::SaveDword(vx::kSettingsKey, "Dialog Rebuild", 1);
   const std::string journal = vx::JournalPath();
-  DeleteFileA(journal.c_str());
+  vx::RemoveJournal(journal);
   char temp[MAX_PATH];
   const std::string pause = std::string(temp, GetTempPathA(MAX_PATH, temp)) + "vexillor-paused";
   DeleteFileA(pause.c_str());
@@ -99,7 +99,7 @@ TEST(InterruptedApply, TheNextStartPutsBackWhatAKilledApplyWrote) {
   // The program pauses before step 40 of its Apply (past the desktop, Start and folder writes).
   SetEnvironmentVariableA("VEXILLOR_TEST_PAUSE_STEP", "40");
   SetEnvironmentVariableA("VEXILLOR_TEST_PAUSE_FILE", pause.c_str());
-  vxtest::RealProgram first;
+  vxtest::RealProgram first("", vxtest::TestProgram());
   SetEnvironmentVariableA("VEXILLOR_TEST_PAUSE_STEP", nullptr);
   SetEnvironmentVariableA("VEXILLOR_TEST_PAUSE_FILE", nullptr);
   HWND main = first.Main();
@@ -127,7 +127,7 @@ TEST(InterruptedApply, TheNextStartPutsBackWhatAKilledApplyWrote) {
   }));
   EXPECT_EQ(vxtest::KeysNow(keys), before);
   EXPECT_TRUE(second.Close());
-  DeleteFileA(journal.c_str());
+  vx::RemoveJournal(journal);
 }
 
 const std::string kPrinters = "Printers.{2227A280-3AEA-1069-A2DE-08002B30309D}";

@@ -23,12 +23,13 @@ class ThemeCommandLine : public vxtest::MainWindowTest {
     char temp[MAX_PATH] = {};
     theme = std::string(temp, GetTempPathA(MAX_PATH, temp)) + "vx command line.vxtheme";
     DeleteFileA(log.c_str());
-    DeleteFileA(vx::JournalPath().c_str());
+    vx::RemoveJournal(vx::JournalPath());
     // The rebuild notice is switched off as a user would, so the plain "/a" runs need no answer.
     modRegistry::SaveDword(vx::kSettingsKey, "Dialog Rebuild", 1);
   }
   ~ThemeCommandLine() override {
-    for (const std::string& f : {theme, log, vx::JournalPath()}) DeleteFileA(f.c_str());
+    for (const std::string& f : {theme, log}) DeleteFileA(f.c_str());
+    vx::RemoveJournal(vx::JournalPath());
   }
   void WriteTheme(const std::vector<std::pair<std::string, std::string>>& entries) {
     DeleteFileA(theme.c_str());
@@ -135,7 +136,7 @@ TEST_F(ThemeCommandLine, QuietUndoTakesTheLastApplyBackAndQuietReviewWritesNothi
   }
   const std::string applied = Override("3");
   ASSERT_NE(applied, "C:\\before.dll,2");
-  EXPECT_EQ(Run("/q /undo"), 0u);
+  EXPECT_EQ(Run("/q /undo"), 0u) << Log();
   EXPECT_EQ(Override("3"), "C:\\before.dll,2");
   EXPECT_EQ(Run("/q /undo"), 0u);  // the undo taken back: the Apply again
   EXPECT_EQ(Override("3"), applied);

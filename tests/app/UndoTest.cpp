@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "MainWindowFixture.h"
+#include "app/Undo.h"
 #include "apply/Journal.h"
 #include "apply/Preview.h"
 #include "icons/IconApply.h"
@@ -22,8 +23,8 @@ using vx::Main;
 
 class Undo : public vxtest::MainWindowTest {
  protected:
-  void SetUp() override { DeleteFileA(vx::JournalPath().c_str()); }
-  void TearDown() override { DeleteFileA(vx::JournalPath().c_str()); }
+  void SetUp() override { vx::RemoveJournal(vx::JournalPath()); }
+  void TearDown() override { vx::RemoveJournal(vx::JournalPath()); }
   // Default Icon on the first row of every icon tab, and a new name for the Recycle Bin.
   void EditEveryTab(Main& m) {
     for (int tab : {vx::kTabDesktop, vx::kTabStart, vx::kTabFolders, vx::kTabDrives, vx::kTabOthers, vx::kTabSystem,
@@ -102,12 +103,12 @@ TEST_F(Undo, ReviewThenApplyThenSettingsAndIconsComeBackTogetherAndASecondUndoRe
   EXPECT_NE(applied, before);
   EXPECT_EQ(modRegistry::GetString(m->environment().recycleBinKey, ""), "Wastebasket");
   m->OnCommand(IDM_TOOLS_UNDO);
-  EXPECT_EQ(state(), before);
+  EXPECT_EQ(state(), before) << vx::JournalRefusal();
   // The window shows what the system holds again, with nothing pending.
   EXPECT_FALSE(m->applyEnabled());
   EXPECT_NE(m->List(vx::kTabDesktop)->ItemCaption(vx::kRecycleEmptyKey), "Wastebasket (empty)");
   m->OnCommand(IDM_TOOLS_UNDO);
-  EXPECT_EQ(state(), applied);
+  EXPECT_EQ(state(), applied) << vx::JournalRefusal();
   m->OnCommand(IDM_TOOLS_UNDO);
   EXPECT_EQ(state(), before);
 }
@@ -203,6 +204,43 @@ TEST_F(Undo, AFailingStepKeepsApplyEnabledIsReportedAndItsPredecessorsCanBeUndon
   EXPECT_FALSE(m.applyEnabled());
   EXPECT_TRUE(m.lastApply().ok());
   m.flags = {};
+}
+
+}  // namespace
+
+namespace {
+
+// The session ending in the middle of an Apply: the run stops at the next step, nothing is asked, the
+// journal says which steps ran and stays incomplete, so the next start offers to put them back.
+TEST_F(Undo, EndingTheSessionStopsApplyAtAStepWithItsJournalConsistent) {
+  modRegistry::SaveDword(vx::kSettingsKey, "Dialog Rebuild", 1);
+  auto window = Open();
+  vx::Main& m = *window;
+  const std::vector<std::string> keys =
+      vxtest::KeysOf(vx::BuildIconApplyPlan(m.environment(), m.Catalogue(), vx::ListBoxValues(m.Lists()), {}));
+  vxtest::KeySnapshot snapshot(keys), metrics({vx::kWindowMetricsKey});
+  m.SelectTab(vx::kTabFolders);
+  m.OnCommand(IDC_DEFAULT);
+  vx::SetStepHook([&](const vx::Step&, size_t i) {
+    if (i == 5) {
+      EXPECT_TRUE(SendMessageA(m.hwnd(), WM_QUERYENDSESSION, 0, ENDSESSION_LOGOFF));
+    }
+  });
+  m.OnCommand(IDC_APPLY);
+  vx::SetStepHook(nullptr);
+  EXPECT_TRUE(m.lastApply().stopped);
+  EXPECT_TRUE(seam.prompts.empty());
+  const auto record = vx::ReadJournal(vx::JournalPath());
+  ASSERT_TRUE(record);
+  EXPECT_FALSE(record->complete);
+  EXPECT_TRUE(record->done[5]);
+  EXPECT_FALSE(record->done[6]);
+  window.reset();
+  seam.promptAnswers.push_back({1, false});  // "Yes"
+  Open().reset();
+  ASSERT_EQ(seam.prompts.size(), 1u);
+  EXPECT_NE(seam.prompts[0].message.find("stopped before it had finished applying"), std::string::npos);
+  EXPECT_TRUE(vx::CanUndoLastApply());  // the putting back is itself complete
 }
 
 }  // namespace

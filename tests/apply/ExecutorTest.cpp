@@ -1,11 +1,14 @@
 // The executor on the real registry and files: what a plan does, what its undo puts back, failing steps.
 #include <gtest/gtest.h>
 #include <windows.h>
+#include <sddl.h>
 
 #include <filesystem>
+#include <thread>
 #include <stdexcept>
 
 #include "apply/Executor.h"
+#include "apply/Journal.h"
 #include "registry/modRegistry.h"
 #include "support/RegistryScope.h"
 
@@ -125,6 +128,93 @@ TEST(KeyTreeText, RoundTripsAndRefusesDamage) {
   wrong[0] = 'X';
   for (const std::string& bad : {wrong, text + "E", std::string("V\xff\xff\xff\x7f", 5)})
     EXPECT_FALSE(DecodeKeyTree(bad, back));
+}
+
+// One step of a kind, with every field that kind carries set to something other than its default.
+Step Sample(StepKind kind) {
+  switch (kind) {
+    case StepKind::SetString: return SetString(kBase, "v", std::string("a\0b", 3));
+    case StepKind::SetDword: return SetDword(kBase, "", -7);
+    case StepKind::SetBinary: return SetBinary(kBase, "b", std::string("\xff\0", 2));
+    case StepKind::SetRaw: return SetRaw(kBase, "r", REG_EXPAND_SZ, "%x%");
+    case StepKind::DeleteValue: return DeleteValue(kBase, "d");
+    case StepKind::DeleteKey: return DeleteKey(kBase, "Sub");
+    case StepKind::CreateKey: return CreateKey(kBase + "\\New");
+    case StepKind::PutKeyTree: return PutKeyTree(kBase, EncodeKeyTree({{{"n", REG_SZ, "x"}}, {}}));
+    case StepKind::CreateFolder: return CreateFolder("C:\\made");
+    case StepKind::RemoveFolder: return RemoveFolder("C:\\gone");
+    case StepKind::SystemParameter: return SystemParameter(SPI_SETANIMATION, 20, SPIF_SENDCHANGE, std::string(20, '\1'));
+    case StepKind::Broadcast: return Broadcast(SPI_SETICONMETRICS, -1, WM_SETTINGCHANGE);
+  }
+  return {};
+}
+
+// The journal's one form for plans: every kind comes back equal, labels and the skip flag with it;
+// a plan cut anywhere, or claiming more steps than its bytes can hold, is refused.
+TEST(PlanCodec, EveryStepKindRoundTripsAndDamageIsRefused) {
+  Plan plan;
+  for (int k = 0; k <= static_cast<int>(StepKind::Broadcast); ++k) {
+    plan.push_back(Sample(static_cast<StepKind>(k)));
+    plan.back().label = "step " + std::to_string(k);
+    plan.back().skipOnError = k % 2 == 0;
+  }
+  plan.push_back(SystemParameter(SPI_SETBEEP, 1, 0));  // no buffer is not an empty one
+  const std::string text = EncodePlan(plan);
+  Plan back;
+  ASSERT_TRUE(DecodePlan(text, back));
+  EXPECT_EQ(back, plan);
+  for (size_t cut = 0; cut < text.size(); ++cut) EXPECT_FALSE(DecodePlan(text.substr(0, cut), back)) << cut;
+  std::string huge = text;
+  huge[0] = huge[1] = huge[2] = '\x7f';
+  EXPECT_FALSE(DecodePlan(huge, back));
+  EXPECT_FALSE(DecodePlan(text + "x", back));
+}
+
+// A window that stops answering (its thread blocked) holds a broadcast up only for the time-out.
+TEST(Broadcasts, AHungWindowDoesNotHoldTheRunUp) {
+  HANDLE made = CreateEventA(nullptr, TRUE, FALSE, nullptr), release = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+  std::thread hung([&] {
+    HWND w = CreateWindowExA(0, "STATIC", "hung", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
+    SetEvent(made);
+    WaitForSingleObject(release, INFINITE);  // no messages answered meanwhile
+    DestroyWindow(w);
+  });
+  WaitForSingleObject(made, INFINITE);
+  const ApplyResult result = Execute({Broadcast(SPI_SETICONMETRICS, 0), Broadcast(SPI_SETICONMETRICS, 0)});
+  SetEvent(release);
+  hung.join();
+  CloseHandle(made);
+  CloseHandle(release);
+  EXPECT_TRUE(result.ok());
+  EXPECT_FALSE(result.stopped);
+}
+
+// Deletions from a key that may be read but not written fail when there was something to delete, and
+// are reported with their label like failed writes; nothing there to delete is no failure.
+TEST_F(Executor, ADeletionThatCannotBeMadeIsAFailure) {
+  const std::string locked = kBase + "\\Locked";
+  modRegistry::SaveString(locked, "present", "x");
+  modRegistry::SaveString(locked + "\\Child", "", "x");
+  auto lock = [&](const char* sddl) {
+    PSECURITY_DESCRIPTOR sd = nullptr;
+    HKEY key = nullptr;
+    RegOpenKeyExA(HKEY_CURRENT_USER, "Software\\VexillorTest\\Locked", 0, WRITE_DAC, &key);
+    if (key && ConvertStringSecurityDescriptorToSecurityDescriptorA(sddl, SDDL_REVISION_1, &sd, nullptr))
+      RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, sd);
+    if (sd) LocalFree(sd);
+    if (key) RegCloseKey(key);
+  };
+  lock("D:(A;;KR;;;WD)");
+  Step value = DeleteValue(locked, "present"), key = DeleteKey(locked, "Child");
+  value.label = "the setting \"Present\"";
+  key.label = "the setting \"Child\"";
+  const ApplyResult result = Execute({value, DeleteValue(locked, "absent"), key, DeleteKey(locked, "Missing"),
+                                      DeleteValue(kBase + "\\NoSuchKey", "x")});
+  lock("D:(A;;KA;;;WD)");
+  ASSERT_EQ(result.failures.size(), 2u);
+  EXPECT_EQ(result.failures[0].step.label, "the setting \"Present\"");
+  EXPECT_EQ(result.failures[1].step.label, "the setting \"Child\"");
+  EXPECT_EQ(modRegistry::GetString(locked, "present"), "x");
 }
 
 }  // namespace

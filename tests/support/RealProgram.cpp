@@ -13,6 +13,11 @@
 
 namespace vxtest {
 
+std::string TestProgram() {
+  const std::string self = ui::ModulePath();
+  return self.substr(0, self.rfind('\\')) + "\\vexillor_test.exe";
+}
+
 RealProgram::RealProgram(const std::string& arguments, const std::string& exe) {
   const std::string self = ui::ModulePath();
   std::string cmd(1, '"');  // built by appending: GCC 12 warns falsely on "\"" + string

@@ -14,6 +14,9 @@
 
 namespace vxtest {
 
+// The test build of the program (vexillor_test.exe: the same code, plus the pause hook tests use).
+std::string TestProgram();
+
 // Ends the program (killing it if it is still running) when it goes out of scope. `exe` (a full path)
 // runs another program the same way.
 class RealProgram {
