@@ -179,7 +179,10 @@ void cmdDefault_Click(EditHost& host) {
   } else {
     const IconItem* item = FindItem(host.Catalogue(), tab, key);
     if (!item) return;
-    list->Change(key, item->defaultFile, static_cast<int16_t>(item->defaultIndex));
+    // The XP family's default is what Windows keeps itself, so that Apply takes the override away.
+    const ShownIcon back = host.Env().perUser ? BaseIcon(*item, host.Env())
+                                              : ShownIcon{item->defaultFile, static_cast<int16_t>(item->defaultIndex)};
+    list->Change(key, back.file, back.index);
   }
   host.SetRebuildCachePending();
   list->ItemRefresh();

@@ -34,6 +34,11 @@ int InvalidTheme(const std::string& fileName);
 int OverwriteTheme(const std::string& themeName);  // -1 when remembered
 int RestartNow();
 int RebuildNotice(const std::string& editionName);  // -1 when remembered
+// The XP family's notice after a rebuild: what to do when an icon still does not change.
+int RebuildNoticeLater();  // -1 when remembered
+// After an Apply without administrator rights that left out the items kept for every user (named):
+// 1 ("&Continue as Administrator") starts the program again elevated with them pending.
+int ContinueAsAdministrator(const std::vector<std::string>& items);
 int EmptyName();
 int RemoveDesktopIni();
 int RemoveAutorunInf();
