@@ -244,6 +244,10 @@ std::vector<IconItem> Add_Icons(const Environment& env, const IconLists& lists) 
     if (!list) continue;
     const ShownIcon shown = CurrentIcon(item, env);
     list->AddItem(item.caption, shown.file, shown.index, item.key);
+    if (item.retired)
+      list->SetNote(item.key, kRetiredMark, kRetiredTip);
+    else if (item.machineWide)
+      list->SetNote(item.key, kAllUsersMark, kAllUsersTip);
   }
   return items;
 }

@@ -40,6 +40,14 @@ struct IconItem {
 // conditions (class names of document types, "\ShellFolder" keys) and display names.
 std::vector<IconItem> BuildCatalogue(const Environment& env);
 
+// The notes of the XP family's rows: kept for every user, or no longer used by Windows.
+inline constexpr const char* kAllUsersMark = "(for all users)";
+inline constexpr const char* kAllUsersTip =
+    "Windows keeps this icon for every user of this computer: only an administrator can change it.";
+inline constexpr const char* kRetiredMark = "(not used by this Windows)";
+inline constexpr const char* kRetiredTip =
+    "This version of Windows no longer shows this icon: a change is kept in themes but has no effect here.";
+
 // Fills every icon list with its entries and their current icons read from the registry; returns the
 // catalogue it used, which the main window keeps for the run (defaults, class keys, class names).
 std::vector<IconItem> Add_Icons(const Environment& env, const IconLists& lists);

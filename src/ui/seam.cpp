@@ -1,5 +1,7 @@
 #include "ui/seam.h"
 
+#include "system/LaterWindows.h"
+
 #include <commdlg.h>
 #include <shellapi.h>
 
@@ -116,6 +118,10 @@ void EnableShutdownPrivilege() {
                           reinterpret_cast<PTOKEN_PRIVILEGES>(previous), &needed);
   }
   CloseHandle(token);
+}
+
+bool RealSeam::RunAsAdministrator(HWND owner, const std::string& exe, const std::string& parameters) {
+  return later::RunAsAdministrator(owner, exe, parameters);
 }
 
 void RealSeam::RestartWindows(bool enableShutdownPrivilege) {
