@@ -62,7 +62,8 @@ class Builder {
 
   std::string CaptionOf(const ItemRow& r, const std::string& classKey, const std::string& nameKey) {
     switch (r.shown) {
-      case Caption::Plain: return r.caption;
+      // The XP family shows every renamable item under the name the shell gives it now.
+      case Caption::Plain: return env_.perUser && r.renamable ? DisplayName(r.caption, classKey, nameKey) : r.caption;
       case Caption::DisplayName: return DisplayName(r.caption, classKey, nameKey);
       case Caption::RecycleEmpty: return RecycleName(classKey, nameKey) + " (empty)";
       case Caption::RecycleFull: return RecycleName(classKey, nameKey) + " (full)";
