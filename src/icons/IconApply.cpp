@@ -121,8 +121,20 @@ bool Stored(const std::string& key, const std::string& value) {
 
 // The XP family: an item's step when its list location differs from what the system shows now, or
 // nothing. Going back to what Windows keeps itself removes the override instead of copying it.
+// What the list shows is the stored text as the shell reads it: most items are unchanged, and this
+// answers them without opening an icon file.
+bool ShowsStored(const IconItem& item, const std::string& wanted) {
+  const std::string over = modRegistry::GetString(item.overrideKey, item.overrideValue);
+  if (over != modRegistry::kError) return Same(wanted, LocationText(ReadLocation(over)));
+  const std::string base = item.baseKey.empty() ? modRegistry::kError : modRegistry::GetString(item.baseKey, item.baseValue);
+  if (base != modRegistry::kError) return Same(wanted, LocationText(ReadLocation(base)));
+  // Nothing stored at all: the shell shows the Windows default.
+  return Same(wanted, LocationText({item.defaultFile, static_cast<int16_t>(item.defaultIndex)}));
+}
+
 std::optional<Step> UserIconStep(const IconItem& item, const Environment& env, const std::string& wanted) {
   if (wanted.empty() || item.overrideKey.empty()) return {};
+  if (ShowsStored(item, wanted)) return {};
   if (Same(wanted, LocationText(CurrentIcon(item, env)))) return {};
   if (Same(wanted, LocationText(BaseIcon(item, env))) && Stored(item.overrideKey, item.overrideValue))
     return DeleteValue(item.overrideKey, item.overrideValue);
