@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include "MainWindowFixture.h"
+#include "app/CommandLine.h"
 #include "registry/modRegistry.h"
 #include "resource.h"
 #include "support/KeySnapshot.h"
@@ -132,6 +133,36 @@ TEST_F(PerUserProgram, ContinueAsAdministratorCarriesTheMachineWideEditsOver) {
     Close(*elevated);
     DeleteFileA(pending.c_str());
   }
+}
+
+// A quiet "/a" without administrator rights writes what it may and says what it left: in the log and
+// by its exit code.
+TEST_F(PerUserProgram, AQuietRunNamesWhatNeedsAnAdministrator) {
+  vx::Environment user = vx::DetectEnvironment();
+  vx::SetNtVersion(user, 0x0A00, false);
+  DeleteFileA(theme.c_str());
+  WritePrivateProfileStringA("Folder Icons", "Closed Folder", (shell + ",9").c_str(), theme.c_str());
+  WritePrivateProfileStringA("Desktop Icons", "My Computer", (shell + ",4").c_str(), theme.c_str());
+  WritePrivateProfileStringA(nullptr, nullptr, nullptr, theme.c_str());
+  const std::string folder = modRegistry::GetString(vx::kShellIconsKey, "3"), log = TempFile("vx peruser.log");
+  DeleteFileA(log.c_str());
+  {
+    vx::QuietRun run(log);
+    vx::Main m;
+    m.SetQuietRun(&run);
+    ASSERT_TRUE(m.Create(user, "/a \"" + theme + "\"", false));
+    ui::DoEvents();
+    EXPECT_EQ(m.exitCode(), vx::kExitWriteFailed);
+  }
+  EXPECT_EQ(modRegistry::GetString(kExplorer + kComputer + "\\DefaultIcon", ""), shell + ",4");
+  EXPECT_EQ(modRegistry::GetString(vx::kShellIconsKey, "3"), folder);
+  char text[4096] = {};
+  HANDLE f = CreateFileA(log.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+  DWORD n = 0;
+  ReadFile(f, text, sizeof text - 1, &n, nullptr);
+  CloseHandle(f);
+  EXPECT_NE(std::string(text, n).find("not written: Closed Folder"), std::string::npos) << text;
+  DeleteFileA(log.c_str());
 }
 
 }  // namespace
