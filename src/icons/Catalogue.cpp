@@ -133,6 +133,24 @@ ShownIcon ReadLocation(const std::string& stored) {
   return {file, index};
 }
 
+SchemeEntry WindowsPointer(int n) {
+  DWORD type = REG_NONE;
+  std::string bytes;
+  if (n < 1 || !modRegistry::ReadValue(kWindowsSchemeKey, kWindowsScheme, type, bytes)) return {};
+  if (type != REG_SZ && type != REG_EXPAND_SZ) return {};
+  bytes = bytes.substr(0, bytes.find('\0'));
+  size_t start = 0;
+  for (int i = 1; i < n; ++i) {
+    start = bytes.find(',', start);
+    if (start == std::string::npos) return {};
+    ++start;
+  }
+  std::string raw = bytes.substr(start, bytes.find(',', start) - start);
+  while (!raw.empty() && raw.back() == ' ') raw.pop_back();
+  while (!raw.empty() && raw.front() == ' ') raw.erase(0, 1);
+  return {raw, raw.empty() ? std::string() : Expanded(raw)};
+}
+
 std::string LocationText(const ShownIcon& shown) { return shown.file + "," + std::to_string(shown.index); }
 
 ShownIcon BaseIcon(const IconItem& item, const Environment& /*env*/) {

@@ -70,6 +70,17 @@ ShownIcon CurrentIcon(const IconItem& item, const Environment& env);
 ShownIcon BaseIcon(const IconItem& item, const Environment& env);
 std::string CurrentName(const IconItem& item, const std::string& defaultCaption);
 
+// Windows' own pointer scheme (Vista on): "Windows Default" among the machine's schemes, one entry per
+// role in scheme order. The entry of pointer n (1 to 17) as stored (raw) and as the shell reads it
+// (expanded); both "" where there is none.
+inline constexpr const char* kWindowsSchemeKey =
+    "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Control Panel\\Cursors\\Schemes";
+inline constexpr const char* kWindowsScheme = "Windows Default";
+struct SchemeEntry {
+  std::string raw, file;
+};
+SchemeEntry WindowsPointer(int n);
+
 // "file,index", as the lists give a location.
 std::string LocationText(const ShownIcon& shown);
 

@@ -235,10 +235,12 @@ Plan UserPointerSteps(const Environment& /*env*/, const std::vector<IconItem>& c
                       const std::string& currentThemePath) {
   Plan plan;
   std::vector<std::string> scheme;
-  bool any = false;
+  bool any = false, windows = true;  // windows: every pointer is Windows' own scheme's
   for (const IconItem& item : catalogue) {
     if (item.tab != kTabPointers || !item.row) continue;
     const std::string wanted = lists.ItemFullPathmouse(item.tab, item.key);
+    const SchemeEntry own = WindowsPointer(item.row->index);
+    windows = windows && !own.file.empty() && Same(wanted, own.file);
     const std::string raw = modRegistry::GetString(kCursorsKey, item.row->where);
     const std::string now = raw == modRegistry::kError ? "" : raw;
     char buf[1024];
@@ -248,7 +250,10 @@ Plan UserPointerSteps(const Environment& /*env*/, const std::vector<IconItem>& c
       scheme.push_back(now);  // kept as Windows wrote it
       continue;
     }
-    plan.push_back(SetString(kCursorsKey, item.row->where, wanted));
+    if (!own.file.empty() && Same(wanted, own.file))  // as Windows writes it, environment strings and all
+      plan.push_back(SetRaw(kCursorsKey, item.row->where, REG_EXPAND_SZ, own.raw + std::string(1, '\0')));
+    else
+      plan.push_back(SetString(kCursorsKey, item.row->where, wanted));
     plan.back().label = std::string(item.row->caption) + " pointer";
     scheme.push_back(wanted);
     any = true;
@@ -261,7 +266,12 @@ Plan UserPointerSteps(const Environment& /*env*/, const std::vector<IconItem>& c
     joined += scheme[i];
     named = named || !scheme[i].empty();
   }
-  if (named) {
+  if (windows) {
+    // Windows' own scheme, which the Mouse settings name as theirs.
+    plan.push_back(SetString(kCursorsKey, "", kWindowsScheme));
+    plan.push_back(SetDword(kCursorsKey, "Scheme Source", 2));
+    named = false;
+  } else if (named) {
     const std::string name = SchemeName(currentThemePath);
     plan.push_back(SetString(std::string(kCursorsKey) + "\\Schemes", name, joined));
     plan.push_back(SetString(kCursorsKey, "", name));

@@ -175,7 +175,12 @@ void cmdDefault_Click(EditHost& host) {
   if (!RestorableOn(tab, key)) return;
 
   if (tab == kTabPointers) {
-    list->Change(key, host.Env().exePath, static_cast<int16_t>(PointerNumber(key)));
+    // The XP family goes back to Windows' own scheme where it has one.
+    const SchemeEntry own = host.Env().perUser ? WindowsPointer(PointerNumber(key)) : SchemeEntry{};
+    if (!own.file.empty())
+      list->Change(key, own.file, 0);
+    else
+      list->Change(key, host.Env().exePath, static_cast<int16_t>(PointerNumber(key)));
   } else {
     const IconItem* item = FindItem(host.Catalogue(), tab, key);
     if (!item) return;

@@ -157,6 +157,32 @@ TEST_F(PerUser, APointerChangeWritesANamedSchemeOfSeventeenRoles) {
   EXPECT_EQ(lines[4], vx::Describe(vx::SystemParameter(SPI_SETCURSORS, 0, 0)));
 }
 
+// On Windows' own pointer scheme, Default Icon takes each pointer back to it, and Apply writes its
+// entries as Windows does and names the scheme as the Mouse settings name it.
+TEST_F(PerUser, DefaultPointersAreWindowsOwnScheme) {
+  vxtest::KeySnapshot machine{{vx::kWindowsSchemeKey}};
+  std::string entries;
+  for (int n = 1; n <= 17; ++n) entries += (n > 1 ? "," : "") + std::string("%SystemRoot%\\cursors\\vx_") + std::to_string(n) + ".cur";
+  vxtest::WriteRaw(vx::kWindowsSchemeKey, vx::kWindowsScheme, REG_EXPAND_SZ, entries + std::string(1, '\0'));
+  tab = kTabPointers;
+  for (int n = 1; n <= 17; ++n) {
+    const std::string key = List(kTabPointers)->Key(n - 1);
+    List(kTabPointers)->SelItemKey(key);
+    vx::cmdDefault_Click(*this);
+    EXPECT_EQ(At(kTabPointers, key), vxtest::WindowsFolder() + "\\cursors\\vx_" + std::to_string(n) + ".cur,0");
+  }
+  const std::vector<std::string> lines = Lines(env);
+  ASSERT_EQ(lines.size(), 20u);  // seventeen roles, the scheme's name and source, one reload
+  EXPECT_EQ(lines[17], vx::Describe(vx::SetString(vx::kCursorsKey, "", "Windows Default")));
+  EXPECT_EQ(lines[18], vx::Describe(vx::SetDword(vx::kCursorsKey, "Scheme Source", 2)));
+  vx::Execute(Plan(env));
+  DWORD type = 0;
+  std::string bytes;
+  ASSERT_TRUE(vxtest::ReadRaw(vx::kCursorsKey, "Person", type, bytes));
+  EXPECT_EQ(type, static_cast<DWORD>(REG_EXPAND_SZ));
+  EXPECT_EQ(bytes, std::string("%SystemRoot%\\cursors\\vx_17.cur") + std::string(1, '\0'));
+}
+
 // Default Icon goes back to what Windows keeps: Apply removes the override, and the undo puts it back.
 TEST_F(PerUser, DefaultIconRemovesTheOverride) {
   modRegistry::SaveString(kUserComputer, "", shell + ",5");
