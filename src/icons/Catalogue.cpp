@@ -5,6 +5,7 @@
 
 #include "registry/modCommon.h"
 #include "registry/modRegistry.h"
+#include "system/LaterWindows.h"
 #include "ui/ListBoxIcons.h"
 
 namespace vx {
@@ -169,8 +170,15 @@ std::string DisplayName(const std::string& defaultCaption, const std::string& cl
 
 std::string DisplayName(const std::string& defaultCaption, const std::string& classKey, const std::string& nameKey) {
   if (!nameKey.empty()) {
+    // The XP family's order: the user's own name, then the class's localized name (Vista on), then
+    // the class key's default value.
     const std::string own = modRegistry::GetString(nameKey, "");
     if (!Missing(own)) return own;
+    const std::string localized = modRegistry::GetString(classKey, "LocalizedString");
+    if (!Missing(localized)) {
+      const std::string name = later::IndirectString(localized);
+      if (!name.empty()) return name;
+    }
   }
   return DisplayName(defaultCaption, classKey);
 }

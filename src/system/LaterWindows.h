@@ -15,6 +15,10 @@ bool IsAdministrator();
 // truth where GetVersionExA answers by the program's manifest; `reported` where it is missing.
 unsigned NtVersion(unsigned reported);
 
+// An indirect string ("@file,-id", as a class's "LocalizedString" holds its name) resolved by shlwapi's
+// SHLoadIndirectString (XP on); "" where it cannot be.
+std::string IndirectString(const std::string& text);
+
 // Starts the program again with the "runas" verb, which asks for administrator rights (Vista on; on
 // XP it offers the Run As box). False when it could not be started or the person declined.
 bool RunAsAdministrator(HWND owner, const std::string& exe, const std::string& parameters);

@@ -40,6 +40,7 @@ class PerUser : public ::testing::Test, public vxtest::RecordingHost {
     vxtest::WriteRaw(kDocClass + "\\DefaultIcon", "", REG_EXPAND_SZ, std::string(doc.c_str(), doc.size() + 1));
     const std::string arrow = "%SystemRoot%\\cursors\\vx_arrow.cur";
     vxtest::WriteRaw(vx::kCursorsKey, "Arrow", REG_EXPAND_SZ, std::string(arrow.c_str(), arrow.size() + 1));
+    modRegistry::SaveString("HKEY_CLASSES_ROOT\\CLSID\\" + kNetwork, "LocalizedString", "Neighbours");
     before = vxtest::KeysNow(Watched());
     real = std::make_unique<vxtest::RealLists>(env);
   }
@@ -71,6 +72,7 @@ class PerUser : public ::testing::Test, public vxtest::RecordingHost {
 TEST_F(PerUser, ListsShowWhatWindowsKeepsAndAnUnchangedApplyWritesNothing) {
   EXPECT_EQ(At(kTabDesktop, "My Computer"), shell + ",-3");
   EXPECT_EQ(At(kTabDesktop, "Network Neighborhood"), shell + ",17");
+  EXPECT_EQ(List(kTabDesktop)->ItemCaption("Network Neighborhood"), "Neighbours");  // the localized name
   EXPECT_EQ(At(kTabSystem, "Text Document"), shell + ",70");
   EXPECT_EQ(At(kTabPointers, "Normal Select"), vxtest::WindowsFolder() + "\\cursors\\vx_arrow.cur,0");
   EXPECT_EQ(List(kTabFolders)->ItemInfoTip("Closed Folder"), vx::kAllUsersTip);
