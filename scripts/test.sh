@@ -21,6 +21,10 @@ pass() {  # pass ARCH LABEL [ctest arguments]: one run of the suite in a prefix 
   . "$root/scripts/wine-env.sh"
   export WINEPREFIX="$build/wine-test-$arch"
   "$root/scripts/make-prefix.sh" "$WINEPREFIX" desktop
+  # Programs run as on Windows 2000, the last NT before the per-user family; the tests of that family
+  # (and of 95, 98, NT 4 and 10) ask for their edition per program.
+  "$WINE_BIN" reg add 'HKCU\Software\Wine' /v Version /d win2k /f >/dev/null 2>&1 || true
+  wineserver -w
   start_session
   echo "== $label"
   (cd "$build" && ctest --output-on-failure "$@") 2>&1
@@ -32,6 +36,6 @@ pass() {  # pass ARCH LABEL [ctest arguments]: one run of the suite in a prefix 
 set +e
 out32=$(mktemp) out64=$(mktemp)
 pass win32 "32-bit Windows (the edition tests as 95, 98 and NT 4)" "$@" >"$out32"; rc32=$?
-pass win64 "64-bit Windows 10 (the program under WOW64)" "$@" >"$out64"; rc64=$?
+pass win64 "64-bit Windows (the program under WOW64; the WOW64 and per-user tests as Windows 10)" "$@" >"$out64"; rc64=$?
 cat "$out32" "$out64"; rm -f "$out32" "$out64"
 [ $rc32 -eq 0 ] && [ $rc64 -eq 0 ]

@@ -22,9 +22,9 @@ MAGENTA = (255, 0, 255)
 
 
 def icons():
-    """[program, pointer 1, ..., pointer 15], each {size: canvas}."""
+    """[program, pointer 1, ..., pointer 17], each {size: canvas}."""
     out = [{n: program_icon(n) for n in ICON_SIZES}]
-    for p in range(1, 16):
+    for p in range(1, 18):
         out.append({n: pointer(p, n) for n in POINTER_SIZES})
     return out
 
@@ -43,7 +43,7 @@ def write(path, data):
 def main(out, sheet=None):
     os.makedirs(out, exist_ok=True)
     all_icons = icons()
-    names = ['program.ico'] + ['pointer%02d.ico' % n for n in range(1, 16)]
+    names = ['program.ico'] + ['pointer%02d.ico' % n for n in range(1, 18)]
     for name, images in zip(names, all_icons):
         write(os.path.join(out, name), ico_bytes([(n, images[n].rgba()) for n in images]))
     strips = {'toolbar16.bmp': (TOOLBAR, 16), 'toolbar24.bmp': (TOOLBAR, 24), 'tree16.bmp': (TREE, 16)}

@@ -1,9 +1,9 @@
-"""The fifteen standard pointer images, drawn as icons: white shapes with a black outline.
+"""The seventeen standard pointer images (Windows 10 added the last two), drawn as icons: white shapes with a black outline.
 
 Every drawing takes a Grid for the target size. Shapes are designed on a 32-unit square; lines that
 must stay sharp (stems, shafts, crosshair) are placed on whole pixels by the Grid rather than scaled.
 """
-from raster import (BLACK, WHITE, Canvas, ellipse, rect, ring, rrect, stroke, transform, rgb, mix)
+from raster import (BLACK, WHITE, Canvas, arc, ellipse, rect, ring, rrect, stroke, transform, rgb, mix)
 
 GREY = rgb('#808080')
 
@@ -199,12 +199,30 @@ def hand(cv, g):
     cv.line([(12 * g.k, 25 * g.k), (22.5 * g.k, 25 * g.k)], lw, BLACK, cap='butt')
 
 
+def location(cv, g):
+    """The arrow with a map pin: a round head on a point, hollowed in the middle."""
+    cv.outlined(arrow_shape(g, 2, 1), WHITE, BLACK, g.lw)
+    cx, cy, r = 23, 17.5, 6
+    head = [arc(cx, cy, r, 150, 390) + [(cx, 31)]]
+    cv.erase(grown(g.s(head), g.lw + 1))  # the pin stands in front of the arrow
+    cv.outlined(g.s(head), BLACK, WHITE, g.lw)
+    cv.fill(g.s(ellipse(cx, cy, 2.3)), WHITE)
+
+
+def person(cv, g):
+    """The arrow with a person: a round head over rounded shoulders."""
+    cv.outlined(arrow_shape(g, 2, 1), WHITE, BLACK, g.lw)
+    figure = ellipse(23.5, 17, 3.6) + [arc(23.5, 31, 7.5, 180, 360)]
+    cv.erase(grown(g.s(figure), g.lw + 1))
+    cv.outlined(g.s(figure), BLACK, WHITE, g.lw)
+
+
 POINTERS = [normal_select, help_select, working, busy, precision, text_select, handwriting, unavailable,
-            resize(0), resize(90), resize(-45), resize(45), move, alternate, hand]
+            resize(0), resize(90), resize(-45), resize(45), move, alternate, hand, location, person]
 
 
 def pointer(n, size):
-    """Pointer n (1 to 15) as a canvas of the given size."""
+    """Pointer n (1 to 17) as a canvas of the given size."""
     cv = Canvas(size)
     POINTERS[n - 1](cv, Grid(size))
     return cv

@@ -98,6 +98,10 @@ class QuietRun::Seam : public ui::Seam {
   void RunCommand(const std::string& command) override { run_.Log("not run: " + command); }
   void OpenHelp(HWND, const std::string&, unsigned, const std::string&) override {}
   void RestartWindows(bool) override { run_.Log("Windows not restarted"); }
+  bool RunAsAdministrator(HWND, const std::string&, const std::string&) override {
+    run_.Log("not started again as administrator");
+    return false;
+  }
 
  private:
   static std::string FirstLine(const std::string& text) { return text.substr(0, text.find('\n')); }

@@ -78,6 +78,11 @@ class Main : public ui::Window, public EditHost {
   void ReviewChanges();
   void OfferRecovery();  // at start, when the last Apply was cut off
   void ReloadIcons();    // the lists read again from the system (after an undo)
+  // After an Apply without administrator rights that left items kept for every user out: offers to
+  // start again elevated with them saved as a theme that opens pending. True when it started.
+  bool OfferAdministrator(const ListValues& values);
+  // The theme that carries such items over (in the program's own folder of the user's profile).
+  static std::string PendingThemePath();
   // What Apply reads and how it runs, for Apply and Review Changes alike.
   ApplyInput MakeApplyInput(const ListValues& values);
 

@@ -40,6 +40,14 @@ void Main::cmdApply_Click() {
   // A run that stopped leaves its changes pending, so Apply can be pressed again.
   if (!lastApply_.stopped) EnableWindow(control(IDC_APPLY), FALSE);
   ReportFailures(lastApply_);
+  if (!lastApply_.stopped && !HeldBackItems(env_, catalogue_, values).empty()) {
+    // What only an administrator may write is still pending here, unless it goes on elevated.
+    EnableApply();
+    if (OfferAdministrator(values)) {
+      EnableWindow(control(IDC_APPLY), FALSE);
+      PostMessageA(hwnd(), WM_CLOSE, 0, 0);
+    }
+  }
 }
 
 ApplyInput Main::MakeApplyInput(const ListValues& values) {

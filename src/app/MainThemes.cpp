@@ -115,6 +115,12 @@ void Main::FinishCommandLine(const OpenOutcome& outcome) {
     if (quiet_) quiet_->Log("failed: " + Describe(f.step) + " (" + f.reason + ")");
     Fail(kExitWriteFailed);
   }
+  // Items kept for every user that this run, without administrator rights, left unwritten.
+  const IconLists lists = Lists();
+  for (const IconItem* item : HeldBackItems(env_, catalogue_, ListBoxValues(lists))) {
+    if (quiet_) quiet_->Log("not written: " + item->caption + " (kept for every user: needs an administrator)");
+    Fail(kExitWriteFailed);
+  }
   PostMessageA(hwnd(), WM_CLOSE, 0, 0);
 }
 

@@ -50,6 +50,18 @@ Plan BuildIconApplyPlan(const Environment& env, const std::vector<IconItem>& cat
 Plan BuildIconApplyPlan(const Environment& env, const std::vector<IconItem>& catalogue,
                         const IconLists& lists, const IconApplyOptions& options);
 
+// On the XP family the plan holds only what differs from what the system shows now, written to the
+// per-user stores; an item set back to what Windows itself keeps has its override removed. Items kept
+// for every user are left out when the program runs without administrator rights: these are the
+// items that differ and were left out.
+std::vector<const IconItem*> HeldBackItems(const Environment& env, const std::vector<IconItem>& catalogue,
+                                           const ListValues& lists);
+
+// The XP family's pointer step: the roles that changed, the named scheme that holds them all (named
+// after the theme, or "Vexillor"), one SPI_SETCURSORS; nothing when no role changed.
+Plan UserPointerSteps(const Environment& env, const std::vector<IconItem>& catalogue, const ListValues& lists,
+                      const std::string& currentThemePath);
+
 // The writes that follow "Bitmap Image" when the settings tree decides them (empty otherwise).
 Plan BitmapThumbnailSteps(const IconApplyOptions& options);
 

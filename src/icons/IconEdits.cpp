@@ -176,11 +176,19 @@ void cmdDefault_Click(EditHost& host) {
   if (!RestorableOn(tab, key)) return;
 
   if (tab == kTabPointers) {
-    list->Change(key, host.Env().exePath, static_cast<int16_t>(PointerNumber(key)));
+    // The XP family goes back to Windows' own scheme where it has one.
+    const SchemeEntry own = host.Env().perUser ? WindowsPointer(PointerNumber(key)) : SchemeEntry{};
+    if (!own.file.empty())
+      list->Change(key, own.file, 0);
+    else
+      list->Change(key, host.Env().exePath, static_cast<int16_t>(PointerNumber(key)));
   } else {
     const IconItem* item = FindItem(host.Catalogue(), tab, key);
     if (!item) return;
-    list->Change(key, item->defaultFile, static_cast<int16_t>(item->defaultIndex));
+    // The XP family's default is what Windows keeps itself, so that Apply takes the override away.
+    const ShownIcon back = host.Env().perUser ? BaseIcon(*item, host.Env())
+                                              : ShownIcon{item->defaultFile, static_cast<int16_t>(item->defaultIndex)};
+    list->Change(key, back.file, back.index);
   }
   host.SetRebuildCachePending();
   list->ItemRefresh();

@@ -15,11 +15,13 @@ constexpr ItemRow Desk(const char* caption, ClassOf cls, const char* id, DefFile
   return ItemRow{kTabDesktop, caption, caption, Store::Class, cls, id, 0, "", file, name, Num::Fixed, index, when,
                  Caption::DisplayName, true}
       .Applied(when)
-      .ThemeWhen(when, when);
+      .ThemeWhen(when, when)
+      .PerUser(UserStore::ExplorerClass);
 }
 constexpr ItemRow Bin(const char* key, const char* value, int index, Caption shown) {
-  return {kTabDesktop, key, key, Store::Class, ClassOf::RecycleBin, clsid::kRecycleBin, 0, value, System,
-          "shell32.dll", Num::Fixed, index, Always, shown, true};
+  return ItemRow{kTabDesktop, key, key, Store::Class, ClassOf::RecycleBin, clsid::kRecycleBin, 0, value, System,
+                 "shell32.dll", Num::Fixed, index, Always, shown, true}
+      .PerUser(UserStore::ExplorerClass);
 }
 // A shell icon override whose default is the same number in shell32.dll; listed, written and kept in
 // themes under the same condition.
@@ -32,20 +34,28 @@ constexpr ItemRow Ovr(int tab, const char* caption, const char* key, int number,
 }
 constexpr ItemRow Cls(int tab, const char* caption, ClassOf cls, const char* id, DefFile file, const char* name,
                       Num num, int index, When when) {
-  return {tab, caption, caption, Store::Class, cls, id, 0, "", file, name, num, index, when, Caption::Plain, false};
+  return ItemRow{tab, caption, caption, Store::Class, cls, id, 0, "", file, name, num, index, when, Caption::Plain, false}
+      .PerUser(UserStore::ExplorerClass);
 }
 constexpr ItemRow Doc(const char* caption, const char* ext, DefFile file, const char* name, Num num, int index,
                       When when = DocClass) {
-  return {kTabSystem, caption, caption, Store::Document, ClassOf::None, ext, 0, "", file, name, num, index, when,
-          Caption::Plain, false};
+  return ItemRow{kTabSystem, caption, caption, Store::Document, ClassOf::None, ext, 0, "", file, name, num, index, when,
+                 Caption::Plain, false}
+      .PerUser(UserStore::Classes);
 }
 // Pointers: the default is the program's own executable, whose icons 1 to 15 are the pointer images.
 // `importPos` is the pointer's place in a Plus! theme's cursor section.
 constexpr ItemRow Ptr(const char* caption, const char* role, int n, int importPos, When when = Always) {
   return ItemRow{kTabPointers, caption, caption, Store::Pointer, ClassOf::None, role, 0, "", OwnExe, "", Num::Fixed,
                  n, when, Caption::Plain, false}
-      .Imported(Import::PlusAndMotif, importPos);
+      .Imported(importPos > 0 ? Import::PlusAndMotif : Import::None, importPos)
+      .PerUser(UserStore::Cursors);
 }
+
+// Windows versions from which the shell no longer uses a row: XP dropped the mail In Box and Dial-Up
+// Networking folders, Vista the classic Start menu and the old Internet Explorer folders, Windows 8 the
+// Briefcase.
+constexpr unsigned kXp = 0x0501, kVista = 0x0600, kWin8 = 0x0602;
 
 constexpr auto kPlus = Import::Plus;
 constexpr auto kMotif = Import::PlusAndMotif;
@@ -56,57 +66,63 @@ constexpr ItemRow kRows[] = {
     Desk("My Documents", ClassOf::MyDocuments, clsid::kMyDocuments, System, "mydocs.dll", 0, Win98),
     Desk("Network Neighborhood", ClassOf::Network, clsid::kNetworkNeighborhood, System, "shell32.dll", 17)
         .Imported(kMotif),
-    Desk("The Internet", ClassOf::Internet, clsid::kInternet, System, "mshtml.dll", 0).Imported(kPlus),
-    Desk("In Box", ClassOf::Mail, clsid::kInBox, Mail, "", 0).Imported(kPlus),
-    Desk("My Briefcase", ClassOf::Fixed, clsid::kBriefcase, System, "syncui.dll", 0),
+    Desk("The Internet", ClassOf::Internet, clsid::kInternet, System, "mshtml.dll", 0).Imported(kPlus).Retired(kVista),
+    Desk("In Box", ClassOf::Mail, clsid::kInBox, Mail, "", 0).Imported(kPlus).Retired(kXp),
+    Desk("My Briefcase", ClassOf::Fixed, clsid::kBriefcase, System, "syncui.dll", 0).Retired(kWin8),
     Bin(kRecycleEmptyKey, "Empty", 31, Caption::RecycleEmpty).Imported(kMotif),
     Bin(kRecycleFullKey, "Full", 32, Caption::RecycleFull).Imported(kMotif),
     // Start
-    Ovr(kTabStart, "Programs", "Programs", 19).Imported(kPlus),
-    Ovr(kTabStart, "Favorites", "Favorites", 43, DesktopUpdate),
-    Ovr(kTabStart, "Documents", "Documents", 20).Imported(kPlus),
-    Ovr(kTabStart, "Settings", "Settings", 21).Imported(kPlus),
-    Ovr(kTabStart, "Find", "Find", 22).Imported(kPlus),
-    Ovr(kTabStart, "Help", "Help", 23).Imported(kPlus),
-    Ovr(kTabStart, "Run...", "Run...", 24).Imported(kPlus),
-    Ovr(kTabStart, "Log Off...", "Log Off...", 44, DesktopUpdate),
-    Ovr(kTabStart, "Suspend", "Suspend", 25).Imported(kPlus),
-    Ovr(kTabStart, "Shut Down...", "Shut Down...", 27).Imported(kPlus),
-    Ovr(kTabStart, "Settings - Control Panel", "Settings - Control Panel", 35).Theme("Settings | Control Panel"),
-    Ovr(kTabStart, "Settings - Printers", "Settings - Printers", 37).Theme("Settings | Printers"),
+    Ovr(kTabStart, "Programs", "Programs", 19).Imported(kPlus).Retired(kVista),
+    Ovr(kTabStart, "Favorites", "Favorites", 43, DesktopUpdate).Retired(kVista),
+    Ovr(kTabStart, "Documents", "Documents", 20).Imported(kPlus).Retired(kVista),
+    Ovr(kTabStart, "Settings", "Settings", 21).Imported(kPlus).Retired(kVista),
+    Ovr(kTabStart, "Find", "Find", 22).Imported(kPlus).Retired(kVista),
+    Ovr(kTabStart, "Help", "Help", 23).Imported(kPlus).Retired(kVista),
+    Ovr(kTabStart, "Run...", "Run...", 24).Imported(kPlus).Retired(kVista),
+    Ovr(kTabStart, "Log Off...", "Log Off...", 44, DesktopUpdate).Retired(kVista),
+    Ovr(kTabStart, "Suspend", "Suspend", 25).Imported(kPlus).Retired(kVista),
+    Ovr(kTabStart, "Shut Down...", "Shut Down...", 27).Imported(kPlus).Retired(kVista),
+    Ovr(kTabStart, "Settings - Control Panel", "Settings - Control Panel", 35).Theme("Settings | Control Panel").Retired(kVista),
+    Ovr(kTabStart, "Settings - Printers", "Settings - Printers", 37).Theme("Settings | Printers").Retired(kVista),
     // Folders: Apply writes the class icons with Favorites last; themes keep Url History before Favorites.
     Ovr(kTabFolders, kClosedFolderKey, kClosedFolderKey, 3).Imported(kPlus),
     Ovr(kTabFolders, "Open Folder", "Open Folder", 4).Imported(kPlus),
     Ovr(kTabFolders, "Program Group", "Program Group", 36).Imported(kPlus),
-    Ovr(kTabFolders, "Users Program Group", "Users Program Group", 42, NT, Num::UsersProgramGroup),
+    Ovr(kTabFolders, "Users Program Group", "Users Program Group", 42, NT, Num::UsersProgramGroup).Retired(kVista),
     Cls(kTabFolders, "Control Panel", ClassOf::Fixed, clsid::kControlPanel, System, "shell32.dll", Num::ControlPanel,
         0, Always)
         .Renamable()
         .Imported(kPlus),
     Cls(kTabFolders, "Dial-Up Networking", ClassOf::DialUp, clsid::kDialUp, DialUp, "", kNoNum, 0, Always)
         .Renamable()
+        .Retired(kXp)
         .Imported(kPlus),
     Cls(kTabFolders, "Printers", ClassOf::Fixed, clsid::kPrinters, System, "shell32.dll", Num::Printers, 0, Always)
         .Renamable()
         .Imported(kPlus),
     Cls(kTabFolders, "Favorites", ClassOf::Fixed, clsid::kFavorites, System, "shell32.dll", kNoNum, 79, ShellFolder)
         .Applied(Always, 11)
-        .ThemePos(8),
+        .ThemePos(8)
+        .Retired(kVista),
     Cls(kTabFolders, "Url History", ClassOf::Fixed, clsid::kUrlHistory, System, "shdocvw.dll", kNoNum, 36, ShellFolder)
         .Applied(Always, 7)
-        .Theme("Url History Folder", Always, Always, 7),
+        .Theme("Url History Folder", Always, Always, 7)
+        .Retired(kVista),
     Cls(kTabFolders, "Subscriptions", ClassOf::Fixed, clsid::kSubscriptions, System, "Webcheck.dll", kNoNum, 0,
         DesktopUpdate)
         .Applied(DesktopUpdate, 8)
-        .ThemeWhen(DesktopUpdate, DesktopUpdate),
+        .ThemeWhen(DesktopUpdate, DesktopUpdate)
+        .Retired(kVista),
     Cls(kTabFolders, "ActiveX Cache", ClassOf::Fixed, clsid::kActiveXCache, System, "occache.dll", kNoNum, 0,
         DesktopUpdate)
         .Applied(DesktopUpdate, 9)
-        .ThemeWhen(DesktopUpdate, DesktopUpdate),
+        .ThemeWhen(DesktopUpdate, DesktopUpdate)
+        .Retired(kVista),
     Cls(kTabFolders, "Scheduled Tasks", ClassOf::Fixed, clsid::kScheduledTasks, System, "mstask.dll", kNoNum, 0,
         ShellFolder)
         .Applied(Always, 10)
-        .ThemeWhen(DesktopUpdate, DesktopUpdate),
+        .ThemeWhen(DesktopUpdate, DesktopUpdate)
+        .Retired(kVista),
     // Drives: the floppy captions carry the ANSI fraction characters, their keys stay plain.
     Ovr(kTabDrives, "Floppy Drive 5\xBC", "Floppy Drive 5.25", 5).Theme("Floppy Drive (5.25)").Imported(kPlus),
     Ovr(kTabDrives, "Floppy Drive 3\xBD", "Floppy Drive 3.5", 6).Theme("Floppy Drive (3.5)").Imported(kPlus),
@@ -161,7 +177,10 @@ constexpr ItemRow kRows[] = {
     Ptr("Diagonal Resize 2", "SizeNESW", 12, 9),
     Ptr("Move", "SizeAll", 13, 8),
     Ptr("Alternate Select", "UpArrow", 14, 13),
-    Ptr("Hand", "Hand", 15, 15, Win98).Imported(kPlus, 15).ThemeWhen(Win98, Always),
+    Ptr("Hand", "Hand", 15, 15, Win98OrXp).Imported(kPlus, 15).ThemeWhen(Win98OrXp, Always),
+    // Windows 10's two roles: listed, written and kept in themes only there; no foreign format has them.
+    Ptr("Location Select", "Pin", 16, -1, Win10).Applied(Win10).ThemeWhen(Win10, Win10),
+    Ptr("Person Select", "Person", 17, -1, Win10).Applied(Win10).ThemeWhen(Win10, Win10),
 };
 
 }  // namespace
@@ -181,6 +200,8 @@ bool Holds(When when, const Environment& env) {
     case Win98: return env.IsWin98();
     case NT: return env.IsNT();
     case DesktopUpdate: return env.desktopUpdate;
+    case Win98OrXp: return env.IsWin98() || env.perUser;
+    case Win10: return env.pinAndPerson;
     case ShellFolder:
     case DocClass: return true;
   }
@@ -200,6 +221,83 @@ std::string ClassKeyOf(const ItemRow& r, const Environment& env) {
     case ClassOf::None: break;
   }
   return {};
+}
+
+namespace {
+
+constexpr const char* kExplorerClsid = "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\CLSID\\";
+constexpr const char* kUserClasses = "HKEY_CURRENT_USER\\Software\\Classes\\";
+
+// The class identifier at the end of a class key path.
+std::string ClassIdOf(const ItemRow& r, const Environment& env) {
+  const std::string key = ClassKeyOf(r, env);
+  return key.substr(key.rfind('\\') + 1);
+}
+
+}  // namespace
+
+std::string UserIconKey(const ItemRow& r, const Environment& env, const std::string& className) {
+  if (!env.perUser) return {};
+  switch (r.user) {
+    case UserStore::ExplorerClass: return kExplorerClsid + ClassIdOf(r, env) + "\\DefaultIcon";
+    case UserStore::Classes: return className.empty() ? std::string() : kUserClasses + className + "\\DefaultIcon";
+    case UserStore::Cursors: return kCursorsKey;
+    case UserStore::None: break;
+  }
+  return {};
+}
+
+std::string UserNameKey(const ItemRow& r, const Environment& env) {
+  if (!env.perUser || !r.renamable || r.user != UserStore::ExplorerClass) return {};
+  return kExplorerClsid + ClassIdOf(r, env);
+}
+
+bool IsRetired(const ItemRow& r, const Environment& env) {
+  return env.perUser && r.retiredFrom != 0 && env.ntVersion >= r.retiredFrom;
+}
+
+bool IsMachineWide(const ItemRow& r, const Environment& env) { return env.perUser && r.user == UserStore::None; }
+
+std::vector<WriteTarget> ApplyTargets(const ItemRow& r, const Environment& env, const std::string& className) {
+  std::vector<WriteTarget> t;
+  // The XP family writes what is listed; older editions what the row's apply condition names.
+  if (!Holds(env.perUser ? r.listed : r.applied, env)) return t;
+  const bool bin = r.cls == ClassOf::RecycleBin;
+  auto icon = [&](const std::string& key) {
+    if (bin) {
+      for (const char* v : {"", "Empty", "Full"}) t.push_back({key, v});
+    } else {
+      t.push_back({key, r.value});
+    }
+  };
+  if (env.perUser && r.user != UserStore::None) {
+    const std::string key = UserIconKey(r, env, className);
+    if (r.user == UserStore::Cursors) {
+      // The role, and the named scheme the Mouse settings show.
+      t.push_back({key, r.where});
+      t.push_back({key, ""});
+      t.push_back({key, "Scheme Source"});
+      t.push_back({key + "\\Schemes", "", true});
+    } else if (!key.empty()) {
+      icon(key);
+    }
+    if (r.renamable) t.push_back({UserNameKey(r, env), ""});
+    return t;
+  }
+  switch (r.store) {
+    case Store::Class: icon(ClassKeyOf(r, env) + "\\DefaultIcon"); break;
+    case Store::Override: t.push_back({kShellIconsKey, std::to_string(r.number)}); break;
+    case Store::Document:
+      if (!className.empty()) t.push_back({kClassesRoot + className + "\\DefaultIcon", ""});
+      if (r.where == std::string(".bmp"))
+        for (WriteTarget w : {WriteTarget{"HKEY_CLASSES_ROOT\\.bmp", ""}, WriteTarget{"HKEY_CLASSES_ROOT\\.bmp\\ShellNew", "Command"},
+                              WriteTarget{"HKEY_CLASSES_ROOT\\Paint.Picture\\DefaultIcon", ""}})
+          t.push_back(w);
+      break;
+    case Store::Pointer: t.push_back({kCursorsKey, r.where}); break;
+  }
+  if (r.renamable) t.push_back({ClassKeyOf(r, env), ""});
+  return t;
 }
 
 std::string ThemeKeyOf(const ItemRow& r) { return r.themeKey && *r.themeKey ? r.themeKey : r.key; }

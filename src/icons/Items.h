@@ -7,6 +7,7 @@
 #include <array>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "system/Environment.h"
 
@@ -65,12 +66,23 @@ enum class When {
   Win98,
   NT,
   DesktopUpdate,
+  Win98OrXp,    // Windows 98, or the XP family (which has the Hand pointer too)
+  Win10,        // Windows 10 and later (the Pin and Person pointers)
   ShellFolder,  // the class key's "\ShellFolder" default value can be read
   DocClass,     // the extension key names a class
 };
 
 // How the shown caption is found.
 enum class Caption { Plain, DisplayName, RecycleEmpty, RecycleFull };
+
+// Where the XP family keeps the item for the signed-in user alone. Items without such a store (the
+// shell's icon overrides) are kept for every user, which takes administrator rights.
+enum class UserStore {
+  None,
+  ExplorerClass,  // Explorer's per-user copy of the class: "...\Explorer\CLSID\{id}" (icon and name)
+  Classes,        // the per-user classes: "HKEY_CURRENT_USER\Software\Classes\<class>\DefaultIcon"
+  Cursors,        // the pointer scheme, which is per user on every Windows
+};
 
 // Which foreign theme formats bring the item.
 enum class Import { None, Plus, PlusAndMotif };
@@ -100,6 +112,8 @@ struct ItemRow {
   int themePos = -1;    // order in its theme section when it differs from the list's
   Import import = Import::None;
   int importPos = -1;   // order in a Plus! theme's import when it differs from the list's
+  UserStore user = UserStore::None;  // the XP family's per-user store
+  unsigned retiredFrom = 0;  // NT version (major * 256 + minor) whose shell no longer uses it; 0: all do
 
   // Modifiers for the rows of the table.
   constexpr ItemRow Renamable() const { ItemRow r = *this; r.renamable = true; return r; }
@@ -115,6 +129,8 @@ struct ItemRow {
   }
   constexpr ItemRow ThemeWhen(When written, When read) const { return Theme(themeKey, written, read, themePos); }
   constexpr ItemRow ThemePos(int pos) const { return Theme(themeKey, themeWritten, themeRead, pos); }
+  constexpr ItemRow PerUser(UserStore u) const { ItemRow r = *this; r.user = u; return r; }
+  constexpr ItemRow Retired(unsigned ntVersion) const { ItemRow r = *this; r.retiredFrom = ntVersion; return r; }
   constexpr ItemRow Imported(Import i = Import::Plus, int pos = -1) const {
     ItemRow r = *this;
     r.import = i;
@@ -135,6 +151,28 @@ bool Holds(When when, const Environment& env);
 
 // The class key of a Store::Class row in this environment ("" for other rows).
 std::string ClassKeyOf(const ItemRow& row, const Environment& env);
+
+// One registry value Apply may write (or delete) for an item. `anyValue`: any value name of the key
+// (the named pointer scheme, whose name is the theme's).
+struct WriteTarget {
+  std::string key;
+  std::string value;
+  bool anyValue = false;
+  bool operator==(const WriteTarget&) const = default;
+};
+
+// Every value Apply may write or delete for the row in this environment, in the order it writes them:
+// the icon store(s), then the name. `className` is a document type's class (read from its extension).
+// On the XP family these are the per-user stores, or the machine-wide ones for rows that have none.
+std::vector<WriteTarget> ApplyTargets(const ItemRow& row, const Environment& env, const std::string& className = "");
+
+// The XP family's per-user icon and name keys of a row ("" where it has none; the name key only for
+// renamable rows), and whether Windows still uses the row.
+std::string UserIconKey(const ItemRow& row, const Environment& env, const std::string& className = "");
+std::string UserNameKey(const ItemRow& row, const Environment& env);
+bool IsRetired(const ItemRow& row, const Environment& env);
+// Kept for every user of the computer: written only with administrator rights (the XP family).
+bool IsMachineWide(const ItemRow& row, const Environment& env);
 
 // The key under which the own theme files keep the item.
 std::string ThemeKeyOf(const ItemRow& row);

@@ -1,5 +1,7 @@
 #include "icons/Refresh.h"
 
+#include <shlobj.h>
+
 #include "registry/modCommon.h"
 
 #include "registry/modRegistry.h"
@@ -35,13 +37,17 @@ Plan BuildRebuildPlan(const std::string& storedSize) {
 
 void RebuildIconCache(const Environment& env, RunFlags& flags, const std::function<void()>& refreshFolderTree) {
   Run(BuildRebuildPlan(modRegistry::GetString(kWindowMetricsKey, kShellIconSize)));
+  // Later shells keep icons per file type as well, and drop them only when told that associations changed.
+  if (env.perUser) SHChangeNotify(SHCNE_ASSOCCHANGED, SHCNF_IDLIST, nullptr, nullptr);
   if (refreshFolderTree) refreshFolderTree();
   ShowRebuildNotice(env, flags);
 }
 
 void ShowRebuildNotice(const Environment& env, RunFlags& flags) {
   // RebuildNotice itself honours and records "Dialog Rebuild"; its "&Help" is ours to open.
-  if (modMsgbox::RebuildNotice(env.editionName) == modMsgbox::RebuildAnswer::Help)
+  const modMsgbox::RebuildAnswer answer =
+      env.perUser ? modMsgbox::RebuildNoticeLater() : modMsgbox::RebuildNotice(env.editionName);
+  if (answer == modMsgbox::RebuildAnswer::Help)
     ui::GetSeam().OpenHelp(modMsgbox::Owner(), ui::AppHelpFile(), HELP_PARTIALKEY, kRebuildHelpKeyword);
   flags.rebuildCachePending = false;
 }

@@ -8,6 +8,7 @@
 #include "registry/modRegistry.h"
 #include "system/Keys.h"
 #include "system/Location.h"
+#include "ui/HelpTopics.h"
 #include "ui/frmPrompt.h"
 #include "ui/modMsgbox.h"
 #include "ui/seam.h"
@@ -332,6 +333,14 @@ std::optional<int> TypedNumber(const std::string& text) {
   const std::optional<int32_t> n = ParseInt32(t);
   if (!n) return std::nullopt;
   return static_cast<int>(*n);
+}
+
+int HelpNumber(const std::string& key, const Environment& env) {
+  const int n = HelpNumber(key);
+  const SettingRow* r = FindSetting(key);
+  if (n > 0 && r && env.perUser && r->noEffectFrom != 0 && env.ntVersion >= r->noEffectFrom)
+    return static_cast<int>(ui::NoEffectTopic(static_cast<unsigned>(n)));
+  return n;
 }
 
 int HelpNumber(const std::string& key) {

@@ -88,5 +88,7 @@ std::optional<int> TypedNumber(const std::string& text);
 
 // The help topic of a key's What's This? (0 for keys without one).
 int HelpNumber(const std::string& key);
+// The same, with the note that this Windows ignores the setting where it does (the XP family).
+int HelpNumber(const std::string& key, const Environment& env);
 
 }  // namespace vx

@@ -47,6 +47,10 @@ struct Row : SettingRow {
     help = n;
     return *this;
   }
+  Row& NoEffectFrom(unsigned ntVersion) {
+    noEffectFrom = ntVersion;
+    return *this;
+  }
   Row& Only(Needs n) {
     needs = n;
     return *this;
@@ -156,7 +160,8 @@ std::vector<SettingRow> Build() {
       Group("", "General"),
       Switch("General", "Beep On Errors", Text, kSoundKey, "Beep", LowerIsNot, "no", true)
           .Writes(1, WriteAs::Text, "Yes", "No").Tells(Notify::OnOff, SPI_SETBEEP).Help(23),
-      TextIs("General", kBitmapThumbnailKey, paintIcon, "", "%1").Help(25).Rebuilds(),
+      // XP's shell draws picture thumbnails itself and no longer reads a bitmap's class icon.
+      TextIs("General", kBitmapThumbnailKey, paintIcon, "", "%1").Help(25).Rebuilds().NoEffectFrom(0x0501),
       TextIs("General", "Non-blinking Cursor", kDesktopKey, "CursorBlinkRate", "65535")
           .Writes(2, WriteAs::Text, "65535", "500").Help(26),
       NumberIs("General", "Smooth Scrolling", kDesktopKey, "SmoothScroll", 1).Writes(3, WriteAs::Number).Help(27),
@@ -192,7 +197,7 @@ std::vector<SettingRow> Build() {
           .Writes(14, WriteAs::Verb, dosHere, "Command &Prompt From Here")
           .To(std::string(kClasses) + "Directory\\Shell\\DosHere").Help(33),
       TextIs("All Files", "Quick View", std::string(kClasses) + "*\\QuickView", "", "*")
-          .Writes(15, WriteAs::KeyDefault, "*").Help(34),
+          .Writes(15, WriteAs::KeyDefault, "*").Help(34).NoEffectFrom(0x0501),  // Quick View left with 2000
       TextIs("All Files", kNotepadKey, std::string(kClasses) + "*\\Shell\\Notepad\\Command", "", notepad)
           .Writes(16, WriteAs::Verb, notepad, "&Notepad").To(std::string(kClasses) + "*\\Shell\\Notepad").Help(35),
 
@@ -200,7 +205,7 @@ std::vector<SettingRow> Build() {
       TextIs("Icons", "Large Icons", kWindowMetricsKey, "Shell Icon Size", "48")
           .Writes(17, WriteAs::Text, "48", "32").Help(36).Rebuilds(),
       TextIs("Icons", kAllColoursKey, kWindowMetricsKey, "Shell Icon BPP", "16")
-          .Writes(18, WriteAs::Text, "16", "4").Help(37).Restarts(),
+          .Writes(18, WriteAs::Text, "16", "4").Help(37).Restarts().NoEffectFrom(0x0501),  // always full colour
       Switch("Icons", "Wrap Icon Titles", Text, kWindowMetricsKey, "IconTitleWrap", IsNot, "0", true)
           .Writes(19, WriteAs::Text, "1", "0").Tells(Notify::Written, SPI_SETICONTITLEWRAP).Help(38),
 
@@ -242,7 +247,7 @@ std::vector<SettingRow> Build() {
       Policy(kDisableDesktopKey, kPoliciesKey, "NoDesktop", 1, 37).Help(49).Restarts(),
       Policy("Hide Drives in 'My Computer'", kPoliciesKey, "NoDrives", 0x3FFFFFF, 38).Help(50).ShellPolicy(),
       Policy("Remove folders from 'Settings' on Start Menu", kPoliciesKey, "NoSetFolders", 1, 39).Help(51)
-          .ShellPolicy(),
+          .ShellPolicy().NoEffectFrom(0x0600),  // Vista's Start menu has no "Settings"
       Policy("Remove Taskbar from 'Settings' on Start Menu", kPoliciesKey, "NoSetTaskbar", 1, 40).Help(52)
           .ShellPolicy(),
       Policy("Remove 'Find' Command", kPoliciesKey, "NoFind", 1, 41).Help(53).ShellPolicy(),

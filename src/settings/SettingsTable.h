@@ -107,6 +107,9 @@ struct SettingRow {
   UINT action = 0;  // SystemParametersInfoA action
 
   int help = 0;  // the pop-up help topic of What's This?
+  // NT version (major * 256 + minor) from which Windows ignores the setting; its What's This? says so
+  // on the XP family. 0: every Windows reads it.
+  unsigned noEffectFrom = 0;
 
   // Run-wide flags a toggle sets: the icon cache rebuild, the restart offer (always, or on NT only).
   bool rebuildCache = false, restart = false, restartOnNT = false;

@@ -202,7 +202,8 @@ void SettingsTree::mnuRClickItem_Click(int index) {
   const std::string key = SelectedKey();
   switch (index) {
     case ui::SettingsPage::kWhatsThis:
-      ui::GetSeam().OpenHelp(host_.owner, ui::AppHelpFile(), HELP_CONTEXTPOPUP, std::to_string(HelpNumber(key)));
+      ui::GetSeam().OpenHelp(host_.owner, ui::AppHelpFile(), HELP_CONTEXTPOPUP,
+                             std::to_string(host_.env ? HelpNumber(key, *host_.env) : HelpNumber(key)));
       break;
     case ui::SettingsPage::kStateItem: {
       if (!StateEnabled(key)) break;

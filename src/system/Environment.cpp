@@ -4,6 +4,7 @@
 
 #include "registry/modRegistry.h"
 #include "system/Keys.h"
+#include "system/LaterWindows.h"
 
 namespace vx {
 namespace {
@@ -85,6 +86,16 @@ Environment MakeEnvironment(const std::string& editionCode, const std::string& w
   return e;
 }
 
+void SetNtVersion(Environment& env, unsigned ntVersion, bool administrator) {
+  if (!env.IsNT()) return;
+  env.ntVersion = ntVersion;
+  env.perUser = ntVersion >= 0x0501;
+  if (!env.perUser) return;
+  env.editionName = "Windows";
+  env.administrator = administrator;
+  env.pinAndPerson = ntVersion >= 0x0A00;
+}
+
 Environment DetectEnvironment() {
   OSVERSIONINFOA vi{};
   vi.dwOSVersionInfoSize = sizeof vi;  // 148 bytes
@@ -93,8 +104,12 @@ Environment DetectEnvironment() {
   const bool order = modRegistry::GetBinary(kStartMenuOrderKey, "Order") != modRegistry::kError;
   char exe[MAX_PATH];
   DWORD n = GetModuleFileNameA(nullptr, exe, MAX_PATH);
-  return MakeEnvironment(EditionCode(vi.dwPlatformId, vi.dwMinorVersion), Folder(GetWindowsDirectoryA),
-                         Folder(GetSystemDirectoryA), ie, order, std::string(exe, n));
+  Environment env = MakeEnvironment(EditionCode(vi.dwPlatformId, vi.dwMinorVersion), Folder(GetWindowsDirectoryA),
+                                    Folder(GetSystemDirectoryA), ie, order, std::string(exe, n));
+  const unsigned nt =
+      vi.dwPlatformId == VER_PLATFORM_WIN32_NT ? later::NtVersion(vi.dwMajorVersion * 256 + vi.dwMinorVersion) : 0;
+  SetNtVersion(env, nt, nt >= 0x0501 ? later::IsAdministrator() : true);
+  return env;
 }
 
 }  // namespace vx

@@ -32,6 +32,14 @@ struct Environment {
 
   std::string exePath;  // the program's own executable
 
+  // Windows XP and later (NT 5.1 on): Explorer reads per-user copies of the icon and name stores, and
+  // most users run without administrator rights, so the program writes per user and only what changed.
+  // Off for 95, 98, NT 4 and 2000, whose shells read only the machine-wide stores.
+  unsigned ntVersion = 0;     // NT major * 256 + minor (0x0A00 for Windows 10 and 11); 0 off NT
+  bool perUser = false;       // the XP family: per-user stores, write only what differs
+  bool administrator = true;  // may write the machine-wide stores (always so before XP)
+  bool pinAndPerson = false;  // Windows 10's two extra pointer roles, "Pin" and "Person"
+
   bool IsWin95() const { return editionCode == "Win95"; }
   bool IsWin98() const { return editionCode == "Win98"; }
   bool IsNT() const { return editionCode == "WinNT"; }
@@ -42,6 +50,10 @@ struct Environment {
 Environment MakeEnvironment(const std::string& editionCode, const std::string& windowsFolder,
                             const std::string& systemFolder, const std::string& ieVersion,
                             bool startMenuOrderReadable, const std::string& exePath);
+
+// Turns on the XP family's values for an NT version (major * 256 + minor); below 5.1 nothing changes.
+// The edition name becomes the plain "Windows": these systems call themselves by other names.
+void SetNtVersion(Environment& env, unsigned ntVersion, bool administrator);
 
 // The running system's environment (GetVersionExA, the folders, the registry).
 Environment DetectEnvironment();

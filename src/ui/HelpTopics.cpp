@@ -4,6 +4,7 @@
 
 #include <cctype>
 #include <cstdlib>
+#include <map>
 
 namespace ui {
 
@@ -184,6 +185,19 @@ const std::vector<HelpKeyword>& HelpKeywords() {
 }
 
 const HelpTopic* FindHelpTopic(unsigned number) {
+  if (number > kNoEffectTopics) {
+    // Made once per topic and kept for the run, so the pointer stays good.
+    static std::map<unsigned, std::pair<HelpTopic, std::string>> noted;
+    auto found = noted.find(number);
+    if (found == noted.end()) {
+      const HelpTopic* base = FindHelpTopic(number - kNoEffectTopics);
+      if (!base) return nullptr;
+      found = noted.emplace(number, std::pair{*base, std::string(base->popup) + "\n\n" + kNoEffectNote}).first;
+      found->second.first.number = number;
+      found->second.first.popup = found->second.second.c_str();
+    }
+    return &found->second.first;
+  }
   for (const auto& t : HelpTopics())
     if (t.number == number) return &t;
   return nullptr;

@@ -24,6 +24,13 @@ const std::vector<HelpKeyword>& HelpKeywords();
 // The topic of a number, or nullptr.
 const HelpTopic* FindHelpTopic(unsigned number);
 
+// A setting's topic on a Windows that ignores the setting: the same page, and the pop-up with a note
+// that the setting does nothing here.
+inline constexpr unsigned kNoEffectTopics = 10000;
+inline constexpr unsigned NoEffectTopic(unsigned number) { return kNoEffectTopics + number; }
+inline constexpr const char* kNoEffectNote =
+    "This version of Windows ignores this setting: changing it has no effect here.";
+
 // The pop-up text of a number that has no topic of its own.
 inline constexpr const char* kNoHelpText = "No Help topic is associated with this item.";
 

@@ -21,6 +21,7 @@ constexpr int kRow = ListBoxIcons::kRowHeight;
 constexpr int kIconLeft = 15;
 constexpr int kIconTop = 9;
 constexpr int kCaptionTop = 20;
+constexpr int kMarkTop = 34;       // a row's note, under its caption
 constexpr int kCaptionArea = 40;   // captions are centred between here and the right edge
 constexpr int kTooWideMargin = 60;  // a caption wider than the surface less this is cut
 constexpr int kPageStep = 200;
@@ -110,6 +111,7 @@ std::string SplitIconLocation(std::string& location, int16_t& index) {
 struct ListBoxIcons::Impl {
   struct Item {
     std::string caption, iconPath, key, listIndex, infoTip;
+    std::string mark;  // a short note drawn under the caption ("" for none)
     int16_t iconIndex = 0;
   };
 
@@ -190,6 +192,7 @@ struct ListBoxIcons::Impl {
           return 0;
         case WM_MOUSEMOVE:
           if (wp & MK_LBUTTON) impl_.OnDrag(GET_Y_LPARAM(lp));
+          impl_.TipFor(GET_Y_LPARAM(lp) / kRow);
           return 0;
         case WM_LBUTTONUP:
         case WM_RBUTTONUP:
@@ -219,6 +222,7 @@ struct ListBoxIcons::Impl {
   explicit Impl(ListBoxIcons& o) : owner(o), container(*this), surface(*this) {}
 
   ~Impl() {
+    if (tip) DestroyWindow(tip);
     surface.Destroy();
     container.Destroy();
   }
@@ -227,6 +231,42 @@ struct ListBoxIcons::Impl {
   ContainerWindow container;
   SurfaceWindow surface;
   HWND scroll = nullptr;
+
+  // The info tips: a tooltip over lstMain, made when the first item gets one, whose text follows the
+  // row under the mouse.
+  HWND tip = nullptr;
+  int tipRow = -1;
+
+  TOOLINFOA TipTool(const std::string& text) const {
+    TOOLINFOA ti{};
+    ti.cbSize = TTTOOLINFOA_V1_SIZE;
+    ti.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+    ti.hwnd = surface.hwnd();
+    ti.uId = reinterpret_cast<UINT_PTR>(surface.hwnd());
+    ti.lpszText = const_cast<char*>(text.c_str());
+    return ti;
+  }
+
+  void EnsureTip() {
+    if (tip || !surface.hwnd()) return;
+    tip = CreateWindowExA(0, TOOLTIPS_CLASSA, "", WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, CW_USEDEFAULT,
+                          CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, surface.hwnd(), nullptr, nullptr, nullptr);
+    if (!tip) return;
+    SendMessageA(tip, TTM_SETMAXTIPWIDTH, 0, 300);
+    const std::string none;
+    TOOLINFOA ti = TipTool(none);
+    SendMessageA(tip, TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&ti));
+  }
+
+  void TipFor(int row) {
+    if (!tip || row == tipRow) return;
+    tipRow = row;
+    const std::string text = row >= 0 && row < count ? Slot(row).infoTip : std::string();
+    SendMessageA(tip, TTM_POP, 0, 0);
+    TOOLINFOA ti = TipTool(text);
+    SendMessageA(tip, TTM_UPDATETIPTEXTA, 0, reinterpret_cast<LPARAM>(&ti));
+    SendMessageA(tip, TTM_ACTIVATE, text.empty() ? FALSE : TRUE, 0);
+  }
 
   std::array<Item, kCapacity> items{};
   std::array<Pending, kCapacity> owed{};
@@ -315,6 +355,14 @@ struct ListBoxIcons::Impl {
     SetBkMode(dc, TRANSPARENT);
     SetTextColor(dc, color);
     DrawTextA(dc, text.c_str(), static_cast<int>(text.size()), &r, kCaptionFlags);
+    if (row < 0 || row >= count) return;
+    const std::string& mark = Slot(row).mark;
+    if (mark.empty()) return;
+    // Under the caption, dimmed unless the row is highlighted.
+    const int markLeft = static_cast<int>(std::nearbyint((surfW + kCaptionArea) / 2.0 - TextWidth(mark) / 2.0));
+    RECT m{markLeft, row * kRow + kMarkTop, surfW - 1, row * kRow + kRow};
+    if (color != GetSysColor(COLOR_HIGHLIGHTTEXT)) SetTextColor(dc, GetSysColor(COLOR_GRAYTEXT));
+    DrawTextA(dc, mark.c_str(), static_cast<int>(mark.size()), &m, kCaptionFlags);
   }
 
   static HINSTANCE Instance() { return GetModuleHandleA(nullptr); }
@@ -706,6 +754,21 @@ void ListBoxIcons::Change(const std::string& key, const std::string& iconPath, i
   if (!caption.empty()) item.caption = caption;
   if (!path.empty()) item.iconPath = path;
   if (index != -1) item.iconIndex = index;
+}
+
+void ListBoxIcons::SetNote(const std::string& key, const std::string& mark, const std::string& tip) {
+  Impl& m = *impl_;
+  const int i = m.Find(key);
+  if (i >= m.count) return;
+  Impl::Item& item = m.Slot(i);
+  item.mark = mark;
+  item.infoTip = tip;
+  if (!tip.empty()) m.EnsureTip();
+}
+
+std::string ListBoxIcons::ItemInfoTip(const std::string& key) const {
+  const int i = impl_->Find(key);
+  return i < impl_->count ? impl_->Slot(i).infoTip : std::string();
 }
 
 void ListBoxIcons::SelItemKey(const std::string& key) {

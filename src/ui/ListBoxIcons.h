@@ -63,6 +63,10 @@ class ListBoxIcons {
   };
   void Change(const std::string& key, const std::string& iconPath, int16_t iconIndex = -1,
               const std::string& caption = "");
+  // A short mark drawn under the item's caption and the longer info tip shown for it (both empty
+  // unless set). Set before the row is first drawn.
+  void SetNote(const std::string& key, const std::string& mark, const std::string& tip);
+  std::string ItemInfoTip(const std::string& key) const;
   void SelItemKey(const std::string& key);
   void SelItemIndex(int16_t index);
 

@@ -141,6 +141,30 @@ RebuildAnswer RebuildNotice(const std::string& editionName) {
   return As<RebuildAnswer>(ShowRemembered(r, "Dialog Rebuild"));
 }
 
+RebuildAnswer RebuildNoticeLater() {
+  ui::PromptRequest r = Request(
+      Paragraphs({"Vexillor has notified Windows of your changes.",
+                  "Windows keeps copies of the icons it shows, and may go on showing an old one for a while. If "
+                  "an icon does not change, select the \"Rebuild Icon Cache\" option from the File menu, or "
+                  "sign out of Windows and sign in again.",
+                  "For more information about this problem, please select the \"Help\" button below."}),
+      "&Help", "OK", "", ui::kIconInformation);
+  r.checkBox = "Do not show this dialog again";
+  r.helpTopic = 4600;
+  return As<RebuildAnswer>(ShowRemembered(r, "Dialog Rebuild"));
+}
+
+ElevateAnswer ContinueAsAdministrator(const std::vector<std::string>& items) {
+  std::string list;
+  for (size_t i = 0; i < items.size(); ++i) list += (i ? "\n" : "") + items[i];
+  return As<ElevateAnswer>(Ask(Paragraphs({"Your other changes were applied. These are kept for every user of this computer, and "
+                         "only an administrator can change them:",
+                         list,
+                         "Would you like to continue as administrator? Vexillor will start again with these "
+                         "changes pending, and nothing is written until you press Apply there."}),
+             "Not Now", "&Continue as Administrator", "", ui::kIconQuestion));
+}
+
 void EmptyName() {
   Ask("You must provide a name for your system icon.", "OK", "", "", ui::kIconExclamation);
 }

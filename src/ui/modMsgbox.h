@@ -30,6 +30,7 @@ enum class SaveAnswer { Cancel = 0, No = 1, Yes = 2 };
 enum class OverwriteAnswer { Cancel = 0, OtherName = 1, Overwrite = 2, NotAsked = -1 };
 enum class RestartAnswer { No = 0, Yes = 1 };
 enum class RebuildAnswer { Help = 0, OK = 1, NotShown = -1 };
+enum class ElevateAnswer { NotNow = 0, Continue = 1 };
 
 // Notices with one "OK" button answer nothing.
 void RestartLater();
@@ -47,6 +48,11 @@ void ThemeNotLocal(const std::string& path, const std::string& where);
 OverwriteAnswer OverwriteTheme(const std::string& themeName);  // NotAsked when remembered
 RestartAnswer RestartNow();
 RebuildAnswer RebuildNotice(const std::string& editionName);  // NotShown when remembered
+// The XP family's notice after a rebuild: what to do when an icon still does not change.
+RebuildAnswer RebuildNoticeLater();  // NotShown when remembered
+// After an Apply without administrator rights that left out the items kept for every user (named):
+// Continue starts the program again elevated with them pending.
+ElevateAnswer ContinueAsAdministrator(const std::vector<std::string>& items);
 void EmptyName();
 Confirm RemoveDesktopIni();
 Confirm RemoveAutorunInf();

@@ -1,5 +1,7 @@
 #include "ui/seam.h"
 
+#include "system/LaterWindows.h"
+
 #include <commdlg.h>
 #include <shellapi.h>
 
@@ -105,6 +107,10 @@ void RealSeam::OpenHelp(HWND owner, const std::string& helpFile, unsigned comman
 }
 
 void EnableShutdownPrivilege() { later::EnableShutdownPrivilege(); }
+
+bool RealSeam::RunAsAdministrator(HWND owner, const std::string& exe, const std::string& parameters) {
+  return later::RunAsAdministrator(owner, exe, parameters);
+}
 
 void RealSeam::RestartWindows(bool enableShutdownPrivilege) {
   if (enableShutdownPrivilege) EnableShutdownPrivilege();

@@ -79,8 +79,11 @@ class Seam {
   // topic number in decimal text as the keyword)...
   virtual void OpenHelp(HWND owner, const std::string& helpFile, unsigned command,
                         const std::string& keyword) = 0;
-  // ...and restarting Windows.
+  // ...restarting Windows...
   virtual void RestartWindows(bool enableShutdownPrivilege) = 0;
+  // ...and starting a program again with administrator rights ("runas"); false when it did not start
+  // (refused, cancelled).
+  virtual bool RunAsAdministrator(HWND owner, const std::string& exe, const std::string& parameters) = 0;
 };
 
 // The seam in force: the real one unless a test installed its own.
@@ -107,6 +110,7 @@ class RealSeam : public Seam {
   void OpenHelp(HWND owner, const std::string& helpFile, unsigned command,
                 const std::string& keyword) override;
   void RestartWindows(bool enableShutdownPrivilege) override;
+  bool RunAsAdministrator(HWND owner, const std::string& exe, const std::string& parameters) override;
 };
 
 }  // namespace ui

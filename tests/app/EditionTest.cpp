@@ -24,7 +24,9 @@ TEST(Edition, EveryEnvironmentValueUnderEachEmulatedEdition) {
       {"win95", "Win95", "Windows 95"},
       {"win98", "Win98", "Windows 98"},
       {"nt40", "WinNT", "Windows NT"},
-      {"", "WinNT", "Windows NT"},  // Wine's default is a current Windows: the NT platform
+      {"", "WinNT", "Windows NT"},  // the tests' default, Windows 2000: the NT platform before XP
+      {"winxp", "WinNT", "Windows"},
+      {"win10", "WinNT", "Windows"},
   };
   for (const auto& ed : editions) {
     SCOPED_TRACE(ed.wineVersion[0] ? ed.wineVersion : "default");
@@ -53,6 +55,10 @@ TEST(Edition, EveryEnvironmentValueUnderEachEmulatedEdition) {
     EXPECT_EQ(v["paint"], nt ? sys + "\\Mspaint.exe" : "C:\\Program Files\\Accessories\\Mspaint.exe");
     EXPECT_EQ(v["icons"], "59 60 58 73 46 47");
     EXPECT_EQ(v["dialUpDefault"], nt ? sys + "\\rasshell.dll,0" : sys + "\\shell32.dll,33");
+    // The per-user family from XP on; Windows 10's two pointers (told by ntdll, whatever the manifest says).
+    const std::string wine = ed.wineVersion;
+    EXPECT_EQ(v["perUser"], wine == "winxp" || wine == "win10" ? "1" : "0");
+    EXPECT_EQ(v["pinAndPerson"], wine == "win10" ? "1" : "0");
     EXPECT_EQ(v["mailDefault"], nt ? "C:\\Program Files\\Windows NT\\Windows Messaging\\exchng32.exe,0"
                                    : sys + (w98 ? "\\cool.dll,30" : "\\mapi32.dll,3"));
   }

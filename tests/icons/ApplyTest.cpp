@@ -46,7 +46,13 @@ struct Fixture {  // document types with and without a class
     lists.hand = env.IsWin98();
     for (auto [key, cls] : {std::pair{"Bitmap Image", "Paint.Picture"}, {"MS-DOS Batch File", ""},
                             {"Text Document", "txtfile"}, {"Zip File", "zipfile"}})
-      catalogue.push_back({kTabSystem, key, key, "", "", "", cls, "", 0});
+    {
+      IconItem item;
+      item.tab = kTabSystem;
+      item.caption = item.key = key;
+      item.className = cls;
+      catalogue.push_back(item);
+    }
   }
 };
 

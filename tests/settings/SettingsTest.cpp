@@ -2,6 +2,8 @@
 // and the settings stage of Apply as steps.
 #include <gtest/gtest.h>
 
+#include "ui/HelpTopics.h"
+
 #include <algorithm>
 #include <functional>
 
@@ -309,6 +311,33 @@ TEST_F(Settings, APromptButtonThatActsActsOnce) {
     EXPECT_EQ(seam.commands.size(), c.commands);
     EXPECT_EQ(seam.helpCalls.size(), c.helps);
     EXPECT_EQ(seam.restarts.size(), c.restarts);
+  }
+}
+
+}  // namespace
+
+namespace {
+
+// On the XP family a setting that Windows ignores says so in its What's This?; elsewhere nothing changes.
+TEST(SettingsNotes, WhatsThisNotesSettingsThisWindowsIgnores) {
+  Environment xp = Env("WinNT", false), win10 = Env("WinNT", false);
+  SetNtVersion(xp, 0x0501, true);
+  SetNtVersion(win10, 0x0A00, true);
+  const struct { const char* key; const Environment& env; bool noted; } cases[] = {
+      {"Quick View", xp, true},
+      {"Quick View", Env("Win98", false), false},
+      {"Quick View", Env("WinNT", false), false},
+      {"Remove folders from 'Settings' on Start Menu", xp, false},  // XP's Start menu still has them
+      {"Remove folders from 'Settings' on Start Menu", win10, true},
+      {"Beep On Errors", win10, false},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::string(c.key) + " on " + c.env.editionName + " " + std::to_string(c.env.ntVersion));
+    const ui::HelpTopic* topic = ui::FindHelpTopic(static_cast<unsigned>(HelpNumber(c.key, c.env)));
+    ASSERT_NE(topic, nullptr);
+    const std::string popup = topic->popup;
+    EXPECT_EQ(popup.find(ui::kNoEffectNote) != std::string::npos, c.noted);
+    EXPECT_EQ(popup.rfind(ui::FindHelpTopic(static_cast<unsigned>(HelpNumber(c.key)))->popup, 0), 0u);
   }
 }
 

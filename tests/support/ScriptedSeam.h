@@ -50,6 +50,12 @@ class ScriptedSeam : public ui::Seam {
   void RunCommand(const std::string& c) override { commands.push_back(c); }
   void OpenHelp(HWND, const std::string& f, unsigned c, const std::string& k) override { helpCalls.push_back({f, c, k}); }
   void RestartWindows(bool privilege) override { restarts.push_back(privilege); }
+  std::vector<std::string> elevated;  // "exe parameters" of each start as administrator
+  bool elevationStarts = true;
+  bool RunAsAdministrator(HWND, const std::string& exe, const std::string& p) override {
+    elevated.push_back(exe + " " + p);
+    return elevationStarts;
+  }
 };
 
 // Installs a seam for the life of the scope.

@@ -25,13 +25,13 @@ std::string VersionText(const std::string& exe, const char* name) {
 }
 
 // Index 0 is the program icon and index n pointer n, each a different picture.
-TEST(Resources, SixteenDistinctIconsTheVersionBlockAndTheManifest) {
+TEST(Resources, EighteenDistinctIconsTheVersionBlockAndTheManifest) {
   for (const std::string& exe : Executables()) {
     SCOPED_TRACE(exe);
     HINSTANCE self = GetModuleHandleA(nullptr);
-    ASSERT_EQ(reinterpret_cast<UINT_PTR>(ExtractIconA(self, exe.c_str(), UINT(-1))), 16u);
+    ASSERT_EQ(reinterpret_cast<UINT_PTR>(ExtractIconA(self, exe.c_str(), UINT(-1))), 18u);
     std::set<std::vector<COLORREF>> seen;
-    for (int index = 0; index < 16; ++index) {
+    for (int index = 0; index < 18; ++index) {
       ui::IconHandle extracted(ExtractIconA(self, exe.c_str(), static_cast<UINT>(index)));
       ui::IconHandle byId(static_cast<HICON>(
           LoadImageA(self, MAKEINTRESOURCEA(IDI_PROGRAM + index), IMAGE_ICON, 32, 32, LR_DEFAULTCOLOR)));

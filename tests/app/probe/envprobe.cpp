@@ -32,6 +32,8 @@ int main(int argc, char** argv) {
                     n(e.usersProgramGroupIcon) + " " + n(e.controlPanelIcon) + " " + n(e.printersIcon)},
       {"dialUpDefault", e.dialUpDefaultFile + "," + n(e.dialUpDefaultIndex)},
       {"mailDefault", e.mailDefaultFile + "," + n(e.mailDefaultIndex)},
+      {"ntVersion", n(static_cast<int>(e.ntVersion))}, {"perUser", e.perUser ? "1" : "0"},
+      {"pinAndPerson", e.pinAndPerson ? "1" : "0"},
   };
   for (const auto& [name, value] : values) WritePrivateProfileStringA("environment", name, value.c_str(), argv[1]);
   return 0;
