@@ -5,6 +5,7 @@
 
 #include <shlobj.h>
 
+#include "registry/LaterApi.h"
 #include "themes/Themes.h"
 #include "ui/modMsgbox.h"
 #include "ui/seam.h"
@@ -34,11 +35,7 @@ class HeldLists : public ThemeLists {
 }  // namespace
 
 std::string Main::PendingThemePath() {
-  char folder[MAX_PATH] = {};
-  if (FAILED(SHGetFolderPathA(nullptr, CSIDL_APPDATA, nullptr, 0, folder))) GetTempPathA(MAX_PATH, folder);
-  std::string dir = folder;
-  if (!dir.empty() && dir.back() == '\\') dir.pop_back();
-  dir += "\\Vexillor";
+  std::string dir = later::AppDataFolder(true) + "\\Vexillor";
   CreateDirectoryA(dir.c_str(), nullptr);
   return dir + "\\For all users.vxtheme";
 }

@@ -4,7 +4,6 @@
 #include <sddl.h>
 
 #include <filesystem>
-#include <thread>
 #include <stdexcept>
 
 #include "apply/Executor.h"
@@ -171,20 +170,30 @@ TEST(PlanCodec, EveryStepKindRoundTripsAndDamageIsRefused) {
 }
 
 // A window that stops answering (its thread blocked) holds a broadcast up only for the time-out.
-TEST(Broadcasts, AHungWindowDoesNotHoldTheRunUp) {
+struct HungWindow {
   HANDLE made = CreateEventA(nullptr, TRUE, FALSE, nullptr), release = CreateEventA(nullptr, TRUE, FALSE, nullptr);
-  std::thread hung([&] {
+  static DWORD WINAPI Run(void* self) {
+    auto* h = static_cast<HungWindow*>(self);
     HWND w = CreateWindowExA(0, "STATIC", "hung", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
-    SetEvent(made);
-    WaitForSingleObject(release, INFINITE);  // no messages answered meanwhile
+    SetEvent(h->made);
+    WaitForSingleObject(h->release, INFINITE);  // no messages answered meanwhile
     DestroyWindow(w);
-  });
-  WaitForSingleObject(made, INFINITE);
+    return 0;
+  }
+};
+
+TEST(Broadcasts, AHungWindowDoesNotHoldTheRunUp) {
+  HungWindow hung;
+  DWORD id = 0;
+  HANDLE thread = CreateThread(nullptr, 0, &HungWindow::Run, &hung, 0, &id);
+  ASSERT_NE(thread, nullptr);
+  WaitForSingleObject(hung.made, INFINITE);
   const ApplyResult result = Execute({Broadcast(SPI_SETICONMETRICS, 0), Broadcast(SPI_SETICONMETRICS, 0)});
-  SetEvent(release);
-  hung.join();
-  CloseHandle(made);
-  CloseHandle(release);
+  SetEvent(hung.release);
+  WaitForSingleObject(thread, INFINITE);
+  CloseHandle(thread);
+  CloseHandle(hung.made);
+  CloseHandle(hung.release);
   EXPECT_TRUE(result.ok());
   EXPECT_FALSE(result.stopped);
 }
