@@ -121,6 +121,7 @@ TEST(Usage, NamesEverySwitchOnALineOfItsOwnWithAnExample) {
   }
   EXPECT_EQ(codes, (std::vector<int>{vx::kExitOk, vx::kExitNoWindow, vx::kExitThemeNotOpened, vx::kExitNotApplied,
                                      vx::kExitEntryRefused, vx::kExitWriteFailed, vx::kExitNothingToUndo,
+                                     vx::kExitNoJournal, vx::kExitJournalRefused, vx::kExitAlreadyRunning,
                                      vx::kExitNothingLoaded}));
   // What /q promises and an example that uses the switches together.
   EXPECT_NE(text.find("%APPDATA%\\Vexillor\\vexillor.log"), std::string::npos);
