@@ -7,6 +7,7 @@
 #include "apply/Executor.h"
 #include "icons/Catalogue.h"
 #include "icons/IconApply.h"
+#include "icons/Items.h"
 #include "icons/Refresh.h"
 #include "registry/modCommon.h"
 #include "registry/modRegistry.h"
@@ -36,20 +37,6 @@ std::string ValueId(const std::string& key, const std::string& value) {
   return LowerAscii(key) + "\n" + LowerAscii(value);
 }
 
-size_t Components(const std::string& key) { return static_cast<size_t>(std::count(key.begin(), key.end(), '\\')) + 1; }
-
-// Keys that always exist and hold far more than the program's: never removed, whatever a journal says.
-bool Shared(const std::string& lowerKey) {
-  static const char* const kShared[] = {
-      "hkey_current_user\\software\\microsoft", "hkey_local_machine\\software\\microsoft",
-      "hkey_current_user\\software\\classes",   "hkey_local_machine\\software\\classes",
-      "hkey_current_user\\software\\policies",  "hkey_local_machine\\software\\policies",
-      "hkey_classes_root\\clsid",               "hkey_current_user\\control panel",
-  };
-  for (const char* s : kShared)
-    if (lowerKey == s) return true;
-  return false;
-}
 
 void Collect(JournalAllowList& allow, const Plan& plan) {
   for (const Step& s : plan) {
@@ -80,7 +67,7 @@ void Collect(JournalAllowList& allow, const Plan& plan) {
 bool MayRemoveKey(const std::string& key, const JournalAllowList& allow) {
   const std::string lower = LowerAscii(key);
   if (allow.keys.count(lower)) return true;
-  if (Components(lower) < 3 || Shared(lower)) return false;
+  if (modRegistry::IsSharedKey(lower)) return false;
   const std::string prefix = lower + "\\";
   for (const std::string& k : allow.keys)
     if (k.rfind(prefix, 0) == 0) return true;
@@ -116,7 +103,8 @@ std::string CheckStep(const Step& s, const JournalAllowList& allow) {
     case StepKind::SetBinary:
     case StepKind::SetRaw:
     case StepKind::DeleteValue:
-      if (!allow.values.count(ValueId(s.key, s.value))) return "a value Vexillor does not write: " + Where(s);
+      if (!allow.values.count(ValueId(s.key, s.value)) && !allow.anyValue.count(LowerAscii(s.key)))
+        return "a value Vexillor does not write: " + Where(s);
       if (s.text.size() > kMaxValueBytes) return "a value too large: " + Where(s);
       return "";
     case StepKind::DeleteKey:
@@ -211,6 +199,17 @@ JournalAllowList BuildJournalAllowList(const Environment& env) {
   allow.keys.insert(classes.begin(), classes.end());
   for (const IconItem& item : catalogue)
     if (!item.classKey.empty()) allow.keys.insert(LowerAscii(item.classKey));
+  // What the item table says each row may write here, named schemes (one value per theme) among them.
+  for (const IconItem& item : catalogue) {
+    if (!item.row) continue;
+    for (const WriteTarget& t : ApplyTargets(*item.row, env, item.className)) {
+      allow.keys.insert(LowerAscii(t.key));
+      if (t.anyValue)
+        allow.anyValue.insert(LowerAscii(t.key));
+      else
+        allow.values.insert(ValueId(t.key, t.value));
+    }
+  }
   return allow;
 }
 

@@ -15,6 +15,7 @@ namespace vx {
 struct JournalAllowList {
   std::set<std::string> values;   // lower-case "key\nvalue" that steps may set or delete
   std::set<std::string> keys;     // lower-case keys that steps may create, delete or put back whole
+  std::set<std::string> anyValue; // lower-case keys whose values of any name steps may set or delete
   std::set<std::string> folders;  // lower-case folders that steps may make or remove
   // System parameter actions with the size of the buffer each takes (0: none; kTextBuffer: a path).
   std::map<UINT, size_t> parameters;

@@ -98,7 +98,8 @@ Plan UndoOfValue(const Step& step, const modRegistry::Previous& previous) {
       // SaveBinary does not create keys, and deleting from a missing key leaves nothing to take back.
       if (step.kind == StepKind::SetBinary || step.kind == StepKind::DeleteValue) return {};
       Plan steps;
-      for (const std::string& k : previous.createdKeys) steps.push_back(DeleteKey(ParentOf(k), LeafOf(k)));
+      for (const std::string& k : previous.createdKeys)
+        if (!modRegistry::IsSharedKey(k)) steps.push_back(DeleteKey(ParentOf(k), LeafOf(k)));
       return steps;
     }
   }

@@ -1,5 +1,7 @@
 #include "registry/modRegistry.h"
 
+#include <algorithm>
+#include <cctype>
 #include <stdexcept>
 #include <vector>
 
@@ -210,6 +212,21 @@ bool CreateKey(const std::string& keyPath) {
 bool KeyExists(const std::string& keyPath) {
   OpenKey key(keyPath, kRead);
   return static_cast<bool>(key);
+}
+
+bool IsSharedKey(const std::string& keyPath) {
+  std::string lower = keyPath;
+  for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  if (std::count(lower.begin(), lower.end(), '\\') < 2) return true;
+  static const char* const kShared[] = {
+      "hkey_current_user\\software\\microsoft", "hkey_local_machine\\software\\microsoft",
+      "hkey_current_user\\software\\classes",   "hkey_local_machine\\software\\classes",
+      "hkey_current_user\\software\\policies",  "hkey_local_machine\\software\\policies",
+      "hkey_classes_root\\clsid",               "hkey_current_user\\control panel",
+  };
+  for (const char* s : kShared)
+    if (lower == s) return true;
+  return false;
 }
 
 bool ReadValue(const std::string& keyPath, const std::string& valueName, DWORD& type, std::string& bytes) {

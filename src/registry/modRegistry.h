@@ -39,6 +39,11 @@ bool DeleteValue(const std::string& keyPath, const std::string& valueName);
 bool DeleteKey(const std::string& parentPath, const std::string& subkeyName);
 bool CreateKey(const std::string& keyPath);
 
+// Keys every Windows has and that hold far more than the program's own (the first levels of the
+// roots, "...\Software\Microsoft", "...\Software\Classes", "...\Control Panel", ...): never removed,
+// even where a write of the program had to make one (a fresh profile may lack "Software\Classes").
+bool IsSharedKey(const std::string& keyPath);
+
 // Raw access for callers that must put a value back exactly as it was found (Apply's undo record).
 // ReadValue is false when the key or the value is missing; WriteValue creates a missing key.
 bool KeyExists(const std::string& keyPath);

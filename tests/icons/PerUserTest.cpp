@@ -5,7 +5,9 @@
 #include <algorithm>
 
 #include "IconFixtures.h"
+#include "app/JournalCheck.h"
 #include "apply/Executor.h"
+#include "apply/Journal.h"
 #include "icons/IconApply.h"
 #include "icons/IconEdits.h"
 #include "support/ScriptedSeam.h"
@@ -157,6 +159,27 @@ TEST_F(PerUser, APointerChangeWritesANamedSchemeOfSeventeenRoles) {
   EXPECT_EQ(lines[2], vx::Describe(vx::SetString(vx::kCursorsKey, "", "Blue Sky")));
   EXPECT_EQ(lines[3], vx::Describe(vx::SetDword(vx::kCursorsKey, "Scheme Source", 1)));
   EXPECT_EQ(lines[4], vx::Describe(vx::SystemParameter(SPI_SETCURSORS, 0, 0)));
+}
+
+// The journal of a per-user Apply (a named scheme, per-user icons and names) is one the program runs
+// again: every step of it is one its own plans can write here.
+TEST_F(PerUser, APerUserApplysJournalPassesTheJournalCheck) {
+  List(kTabPointers)->Change("Busy", "C:\\vxtest\\busy.ani", 0);
+  List(kTabDesktop)->Change("My Computer", shell + ",15", -1, "Workstation");
+  List(kTabSystem)->Change("Text Document", shell + ",5", -1);
+  char temp[MAX_PATH] = {};
+  GetTempPathA(MAX_PATH, temp);
+  const std::string path = std::string(temp) + "vxtest-peruser.journal";
+  {
+    vx::Journal journal(path, vx::Journal::kApply);
+    vx::Execute(Plan(env), &journal);
+    journal.Complete();
+  }
+  const auto record = vx::ReadJournal(path);
+  vx::RemoveJournal(path);
+  ASSERT_TRUE(record);
+  EXPECT_GT(record->plan.size(), 4u);
+  EXPECT_EQ(vx::CheckJournal(*record, vx::BuildJournalAllowList(env)), "");
 }
 
 // On Windows' own pointer scheme, Default Icon takes each pointer back to it, and Apply writes its
