@@ -26,7 +26,7 @@ void Main::cmdApply_Click() {
   const ListBoxValues values(lists);
   ApplyInput input = MakeApplyInput(values);
   Journal journal(JournalPath(), Journal::kApply);
-  journal.goOnWithout = [] { return modMsgbox::JournalUnwritable() == 1; };  // slot 1: "Yes"
+  journal.goOnWithout = [] { return modMsgbox::JournalUnwritable() == modMsgbox::YesNo::Yes; };
   input.journal = &journal;
   input.stop = [this] { return endingSession(); };
   lastApply_ = RunApply(input, flags);

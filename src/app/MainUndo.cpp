@@ -16,8 +16,6 @@
 namespace vx {
 namespace {
 
-constexpr int kYes = 1;  // InterruptedApply's buttons: slot 0 "No", slot 1 "Yes"
-
 // Machine-wide stores that a user without administrator rights cannot write on current Windows.
 bool MachineWide(const Step& s) {
   return s.key.rfind("HKEY_LOCAL_MACHINE\\", 0) == 0 || s.key.rfind("HKEY_CLASSES_ROOT\\", 0) == 0;
@@ -57,7 +55,7 @@ void Main::OfferRecovery() {
   const auto record = CheckedJournal(env_);
   if (!record || record->complete) return;
   const bool undo = record->kind == Journal::kUndo;
-  if ((undo ? modMsgbox::InterruptedUndo() : modMsgbox::InterruptedApply()) == kYes) {
+  if ((undo ? modMsgbox::InterruptedUndo() : modMsgbox::InterruptedApply()) == modMsgbox::YesNo::Yes) {
     UndoLastApply();
   } else {
     KeepInterruptedApply();

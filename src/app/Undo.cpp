@@ -14,8 +14,6 @@
 namespace vx {
 namespace {
 
-constexpr int kYes = 1;  // the journal prompts' buttons: slot 0 "No", slot 1 "Yes"
-
 std::string& LastRefusal() {
   static std::string why;
   return why;
@@ -75,7 +73,7 @@ ApplyResult RunRecord(const JournalRecord& record, const std::string& path) {
   }
   Journal journal(path, record.kind == Journal::kUndo ? Journal::kApply : Journal::kUndo);
   // Without a journal of its own the undo could not be redone: asked as for Apply.
-  journal.goOnWithout = [] { return modMsgbox::JournalUnwritable() == kYes; };
+  journal.goOnWithout = [] { return modMsgbox::JournalUnwritable() == modMsgbox::YesNo::Yes; };
   ApplyResult result = Execute(record.Undo(), &journal);
   if (result.notStarted) return result;
   journal.Complete();
@@ -137,7 +135,7 @@ std::optional<JournalRecord> LoadJournalToRun(const Environment& env, HWND owner
     for (const PreviewLine& line : Preview(toRun)) rows.push_back({line.change, line.where, line.now, line.after});
     ui::GetSeam().ShowReview(owner, "Putting back your last Apply would make these changes; nothing has been "
                                     "written yet.", rows);
-    if (modMsgbox::MachineWideJournal() != kYes) {
+    if (modMsgbox::MachineWideJournal() != modMsgbox::YesNo::Yes) {
       LastRefusal() = "machine-wide writes declined";
       return std::nullopt;
     }

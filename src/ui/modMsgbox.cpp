@@ -181,7 +181,7 @@ Confirm RemoveAutorunInf() {
              "Cancel", "OK", "", ui::kIconQuestion));
 }
 
-int ApplyFailed(const std::vector<std::string>& failed, bool stopped, bool administrator) {
+void ApplyFailed(const std::vector<std::string>& failed, bool stopped, bool administrator) {
   constexpr size_t kShown = 8;
   std::string list;
   for (size_t i = 0; i < failed.size() && i < kShown; ++i) list += (i ? "\n" : "") + failed[i];
@@ -196,43 +196,43 @@ int ApplyFailed(const std::vector<std::string>& failed, bool stopped, bool admin
   message += stopped ? "\n\nNothing after it was written, and your changes are still pending: you can press "
                        "Apply again, or take back what was written with \"Undo Last Apply\" on the Tools menu."
                      : "\n\nThe rest of your changes were applied.";
-  return Ask(message, "OK", "", "", ui::kIconExclamation);
+  Ask(message, "OK", "", "", ui::kIconExclamation);
 }
 
-int InterruptedApply() {
-  return Ask(Paragraphs({"Vexillor was stopped before it had finished applying your changes, so some of them "
+YesNo InterruptedApply() {
+  return As<YesNo>(Ask(Paragraphs({"Vexillor was stopped before it had finished applying your changes, so some of them "
                          "were written and others were not.",
                          "Would you like to put everything back as it was before that Apply?"}),
-             "No", "Yes", "", ui::kIconQuestion);
+             "No", "Yes", "", ui::kIconQuestion));
 }
 
-int InterruptedUndo() {
-  return Ask(Paragraphs({"Vexillor was stopped before it had finished taking back your last Apply, so some of "
+YesNo InterruptedUndo() {
+  return As<YesNo>(Ask(Paragraphs({"Vexillor was stopped before it had finished taking back your last Apply, so some of "
                          "your earlier settings were put back and others were not.",
                          "Would you like to finish taking that Apply back?"}),
-             "No", "Yes", "", ui::kIconQuestion);
+             "No", "Yes", "", ui::kIconQuestion));
 }
 
-int JournalUnwritable() {
-  return Ask(Paragraphs({"Vexillor cannot write the record it keeps of each Apply, so you would not be able to "
+YesNo JournalUnwritable() {
+  return As<YesNo>(Ask(Paragraphs({"Vexillor cannot write the record it keeps of each Apply, so you would not be able to "
                          "take these changes back with \"Undo Last Apply\".",
                          "Would you like to apply them anyway?"}),
-             "No", "Yes", "", ui::kIconExclamation);
+             "No", "Yes", "", ui::kIconExclamation));
 }
 
-int JournalRejected(const std::string& file) {
-  return Ask(Paragraphs({"The record of your last Apply has been damaged or changed by another program, so "
+void JournalRejected(const std::string& file) {
+  Ask(Paragraphs({"The record of your last Apply has been damaged or changed by another program, so "
                          "Vexillor did not use it and nothing in it was done.",
                          "It has been kept as \"" + file + "\"."}),
              "OK", "", "", ui::kIconExclamation);
 }
 
-int MachineWideJournal() {
-  return Ask(Paragraphs({"Putting back your last Apply would change settings kept for every user of this "
+YesNo MachineWideJournal() {
+  return As<YesNo>(Ask(Paragraphs({"Putting back your last Apply would change settings kept for every user of this "
                          "computer, and Vexillor is running with administrator rights. The changes are the "
                          "ones just listed.",
                          "Would you like to make them?"}),
-             "No", "Yes", "", ui::kIconQuestion);
+             "No", "Yes", "", ui::kIconQuestion));
 }
 
 void NothingToRestore() {

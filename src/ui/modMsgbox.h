@@ -31,6 +31,7 @@ enum class OverwriteAnswer { Cancel = 0, OtherName = 1, Overwrite = 2, NotAsked 
 enum class RestartAnswer { No = 0, Yes = 1 };
 enum class RebuildAnswer { Help = 0, OK = 1, NotShown = -1 };
 enum class ElevateAnswer { NotNow = 0, Continue = 1 };
+enum class YesNo { No = 0, Yes = 1 };  // "No", "Yes"
 
 // Notices with one "OK" button answer nothing.
 void RestartLater();
@@ -59,17 +60,17 @@ Confirm RemoveAutorunInf();
 void NothingToRestore();
 // After an Apply in which steps failed: names them in the user's words; `stopped` when the run ended
 // at the failure; `administrator` when some of them are kept for every user of the computer.
-int ApplyFailed(const std::vector<std::string>& failed, bool stopped, bool administrator);
+void ApplyFailed(const std::vector<std::string>& failed, bool stopped, bool administrator);
 // At start, when an Apply was cut off: 1 ("Yes") puts back everything it had changed.
-int InterruptedApply();
+YesNo InterruptedApply();
 // At start, when an Undo Last Apply was cut off: 1 ("Yes") finishes taking the Apply back.
-int InterruptedUndo();
+YesNo InterruptedUndo();
 // Before Apply writes anything, when its journal cannot be written: 1 ("Yes") applies without a way back.
-int JournalUnwritable();
+YesNo JournalUnwritable();
 // The journal was damaged or changed by another program and was set aside (`file`) without running.
-int JournalRejected(const std::string& file);
+void JournalRejected(const std::string& file);
 // With administrator rights, before a journal writes keys kept for every user (listed before it):
 // 1 ("Yes") runs it.
-int MachineWideJournal();
+YesNo MachineWideJournal();
 
 }  // namespace modMsgbox
