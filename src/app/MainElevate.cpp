@@ -13,7 +13,6 @@
 namespace vx {
 namespace {
 
-
 // The lists as a theme save sees them, showing only the held-back items.
 class HeldLists : public ThemeLists {
  public:
