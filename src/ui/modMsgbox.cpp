@@ -127,31 +127,35 @@ RestartAnswer RestartNow() {
              "No", "Yes", "", ui::kIconQuestion));
 }
 
-RebuildAnswer RebuildNotice(const std::string& editionName) {
+namespace {
+// Both rebuild notices share one memory: a tick on either silences the other.
+RebuildAnswer RebuildPrompt(const std::string& what, const char* icon) {
   ui::PromptRequest r = Request(
-      Paragraphs({"Vexillor has notified " + editionName + " of your changes.",
-                  "Windows 95 and Windows NT contains flaws that can cause these changes to be ignored under "
-                  "certain conditions.",
-                  "If your changes are not applied you will need to select the \"Rebuild Icon Cache\" option "
-                  "from the File menu.",
-                  "For more information about this problem, please select the \"Help\" button below."}),
-      "&Help", "OK", "", ui::kIconExclamation);
+      Paragraphs({what, "For more information about this problem, please select the \"Help\" button below."}),
+      "&Help", "OK", "", icon);
   r.checkBox = "Do not show this dialog again";
   r.helpTopic = 4600;
   return As<RebuildAnswer>(ShowRemembered(r, "Dialog Rebuild"));
 }
+}  // namespace
+
+RebuildAnswer RebuildNotice(const std::string& editionName) {
+  return RebuildPrompt(
+      Paragraphs({"Vexillor has notified " + editionName + " of your changes.",
+                  "Windows 95 and Windows NT contains flaws that can cause these changes to be ignored under "
+                  "certain conditions.",
+                  "If your changes are not applied you will need to select the \"Rebuild Icon Cache\" option "
+                  "from the File menu."}),
+      ui::kIconExclamation);
+}
 
 RebuildAnswer RebuildNoticeLater() {
-  ui::PromptRequest r = Request(
+  return RebuildPrompt(
       Paragraphs({"Vexillor has notified Windows of your changes.",
                   "Windows keeps copies of the icons it shows, and may go on showing an old one for a while. If "
                   "an icon does not change, select the \"Rebuild Icon Cache\" option from the File menu, or "
-                  "sign out of Windows and sign in again.",
-                  "For more information about this problem, please select the \"Help\" button below."}),
-      "&Help", "OK", "", ui::kIconInformation);
-  r.checkBox = "Do not show this dialog again";
-  r.helpTopic = 4600;
-  return As<RebuildAnswer>(ShowRemembered(r, "Dialog Rebuild"));
+                  "sign out of Windows and sign in again."}),
+      ui::kIconInformation);
 }
 
 ElevateAnswer ContinueAsAdministrator(const std::vector<std::string>& items) {
