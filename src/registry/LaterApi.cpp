@@ -289,4 +289,43 @@ BOOL SetWindowSubclass(HWND hwnd, SubclassProc proc, UINT_PTR id, DWORD_PTR data
 BOOL RemoveWindowSubclass(HWND hwnd, SubclassProc proc, UINT_PTR id) { return Comctl32().remove(hwnd, proc, id); }
 LRESULT DefSubclassProc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) { return Comctl32().def(hwnd, msg, wp, lp); }
 
+void NotifyWinEvent(DWORD event, HWND hwnd, LONG objectId, LONG childId) {
+  using Fn = void(WINAPI*)(DWORD, HWND, LONG, LONG);
+  static const auto notify = Find<Fn>("user32.dll", "NotifyWinEvent");
+  if (notify && hwnd) notify(event, hwnd, objectId, childId);
+}
+
+LRESULT LresultFromObject(REFIID riid, WPARAM wp, IUnknown* object) {
+  using Fn = LRESULT(WINAPI*)(REFIID, WPARAM, IUnknown*);
+  using CoInit = HRESULT(WINAPI*)(void*);
+  static const auto fromObject = Find<Fn>("oleacc.dll", "LresultFromObject", true);
+  if (!fromObject || !object) return 0;
+  // Every window of this program lives on one thread; its apartment is started once and never left.
+  static bool comStarted = false;
+  if (!comStarted) {
+    comStarted = true;
+    if (auto coInitialize = Find<CoInit>("ole32.dll", "CoInitialize", true)) coInitialize(nullptr);
+  }
+  const LRESULT result = fromObject(riid, wp, object);
+  return result < 0 ? 0 : result;  // a failure code is no answer
+}
+
+HRESULT CreateStdAccessibleObject(HWND hwnd, LONG objectId, REFIID riid, void** object) {
+  using Fn = HRESULT(WINAPI*)(HWND, LONG, REFIID, void**);
+  static const auto create = Find<Fn>("oleacc.dll", "CreateStdAccessibleObject", true);
+  if (object) *object = nullptr;
+  return create && object ? create(hwnd, objectId, riid, object) : E_NOTIMPL;
+}
+
+BSTR AllocBstr(const std::string& text) {
+  using Fn = BSTR(WINAPI*)(const OLECHAR*);
+  static const auto alloc = Find<Fn>("oleaut32.dll", "SysAllocString", true);
+  if (!alloc) return nullptr;
+  std::vector<wchar_t> wide(text.size() + 1, L'\0');
+  if (!text.empty())
+    MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), wide.data(),
+                        static_cast<int>(wide.size()));
+  return alloc(wide.data());
+}
+
 }  // namespace later

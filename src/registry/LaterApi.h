@@ -3,6 +3,7 @@
 // on Windows 95 (a missing import stops a program before its first line runs). Each has a fallback
 // that works there. Everything that needs such a function calls it through here, never directly.
 #include <windows.h>
+#include <ole2.h>
 
 #include <cstdint>
 #include <string>
@@ -35,6 +36,18 @@ bool FileSize(HANDLE file, uint64_t& size);
 
 // Asks for the shutdown privilege where there is one (NT); nothing on 95 and 98.
 void EnableShutdownPrivilege();
+
+// Screen readers (MSAA). oleacc.dll and NotifyWinEvent came with 98, NT 4 SP6 and the accessibility
+// update for 95; where they are missing a list simply stays silent.
+// Tells screen readers that something of a window changed (NotifyWinEvent); nothing where there is none.
+void NotifyWinEvent(DWORD event, HWND hwnd, LONG objectId, LONG childId);
+// The answer to WM_GETOBJECT for an accessible object (LresultFromObject); 0 where oleacc is missing.
+// COM is started on the calling thread the first time, as marshalling the object needs it.
+LRESULT LresultFromObject(REFIID riid, WPARAM wp, IUnknown* object);
+// The system's own accessible object for a part of a window (CreateStdAccessibleObject), or E_NOTIMPL.
+HRESULT CreateStdAccessibleObject(HWND hwnd, LONG objectId, REFIID riid, void** object);
+// An ANSI text as a BSTR (SysAllocString of oleaut32), or null where there is none.
+BSTR AllocBstr(const std::string& text);
 
 // Window subclassing with the shape of comctl32's SetWindowSubclass family (version 6, XP). Where
 // comctl32 lacks it, the same chain is kept by this program: one window procedure per window, the

@@ -7,10 +7,12 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <memory>
 #include <stdexcept>
 
 #include "registry/modCommon.h"
 #include "system/Location.h"
+#include "ui/Accessible.h"
 #include "ui/win.h"
 
 namespace ui {
@@ -108,7 +110,7 @@ std::string SplitIconLocation(std::string& location, int16_t& index) {
   return location;
 }
 
-struct ListBoxIcons::Impl {
+struct ListBoxIcons::Impl final : AccessibleItems {
   struct Item {
     std::string caption, iconPath, key, listIndex, infoTip;
     std::string mark;  // a short note drawn under the caption ("" for none)
@@ -211,6 +213,14 @@ struct ListBoxIcons::Impl {
         case WM_CHAR:
           if (impl_.owner.KeyPress) impl_.owner.KeyPress(static_cast<int>(wp));
           return 0;
+        case WM_GETOBJECT:
+          if (impl_.a11y) {
+            if (const LRESULT answer = impl_.a11y->Answer(wp, lp)) return answer;
+          }
+          break;
+        case WM_SETFOCUS:
+          if (impl_.a11y) impl_.a11y->AnnounceFocus();
+          break;
       }
       return Default(msg, wp, lp);
     }
@@ -221,7 +231,8 @@ struct ListBoxIcons::Impl {
 
   explicit Impl(ListBoxIcons& o) : owner(o), container(*this), surface(*this) {}
 
-  ~Impl() {
+  ~Impl() override {
+    a11y.reset();
     if (tip) DestroyWindow(tip);
     surface.Destroy();
     container.Destroy();
@@ -297,6 +308,7 @@ struct ListBoxIcons::Impl {
   int scrollValue = 0, scrollMax = 0;
   bool pressed = false, dblClicked = false;
   int filling = 0;  // open Filling scopes: the windows catch up with added rows when the last ends
+  std::unique_ptr<AccessibleList> a11y;  // made with lstMain, gone before it
 
   Item& Slot(int index) {
     if (index < 0 || index >= kCapacity) throw std::out_of_range("ListBoxIcons: item index out of range");
@@ -441,6 +453,7 @@ struct ListBoxIcons::Impl {
   // A press at y of lstMain: every selection, by mouse, keys or code, comes through here.
   void PressAt(int y) {
     if (y < 0 || y >= surfH || !buffer) return;
+    const int before = SelectedItem();
     RedrawRowNormal(SelectedRow());
     sel.left = 0;
     sel.top = y / kRow * kRow;
@@ -448,6 +461,7 @@ struct ListBoxIcons::Impl {
     sel.bottom = sel.top + kRow;
     DrawHighlight();
     Repaint();
+    if (a11y && SelectedItem() != before) a11y->Announce(SelectedItem());
   }
 
   void SetScrollValue(int value) {
@@ -554,6 +568,18 @@ struct ListBoxIcons::Impl {
     if (msg == WM_LBUTTONUP && wasPressed && !wasDouble && owner.Click) owner.Click();
     if (owner.MouseUp) owner.MouseUp(button, shift, x, y);
   }
+
+  // --- what screen readers read ---------------------------------------------------------------------
+
+  int ItemCount() const override { return count; }
+  std::string ItemName(int item) const override { return Slot(item).caption; }
+  std::string ItemDescription(int item) const override {
+    const Item& i = Slot(item);
+    return i.infoTip.empty() ? i.mark : i.infoTip;
+  }
+  RECT ItemRect(int item) const override { return RECT{0, item * kRow, surfW, item * kRow + kRow}; }
+  int SelectedItem() const override { return highlightShown && SelectedRow() < count ? SelectedRow() : -1; }
+  int ItemAt(POINT p) const override { return p.y >= 0 && p.y / kRow < count ? p.y / kRow : -1; }
 
   // --- layout and settings -------------------------------------------------------------------------
 
@@ -686,6 +712,7 @@ struct ListBoxIcons::Impl {
     // The scroll bar stays above the one column of lstMain that runs under it.
     SetWindowPos(scroll, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     sel = RECT{0, 0, surfW - 1, kRow};
+    a11y = std::make_unique<AccessibleList>(surface.hwnd(), *this);
     ApplySystemSettings();
     return true;
   }

@@ -4,6 +4,7 @@
 #include <windowsx.h>
 
 #include <algorithm>
+#include <oleacc.h>
 
 #include "ids_picker.h"
 #include "system/Location.h"
@@ -111,6 +112,7 @@ INT_PTR frmChangeIcon::HandleMessage(UINT msg, WPARAM wp, LPARAM lp) {
     case WM_DESTROY:
       if (GetCapture() == lstMain_) ReleaseCapture();
       SetWindowLongPtrA(txtFilename_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(editProc_));
+      a11y_.reset();
       txtFilename_ = cmdOK_ = container_ = lstMain_ = scroll_ = nullptr;
       return FALSE;
   }
@@ -157,6 +159,14 @@ LRESULT frmChangeIcon::HandleGrid(UINT msg, WPARAM wp, LPARAM lp) {
     case WM_KEYDOWN:
       lstMain_KeyDown(static_cast<int>(wp));
       return 0;
+    case WM_GETOBJECT:
+      if (a11y_) {
+        if (const LRESULT answer = a11y_->Answer(wp, lp)) return answer;
+      }
+      break;
+    case WM_SETFOCUS:
+      if (a11y_) a11y_->AnnounceFocus();
+      break;
     case WM_MOUSEWHEEL:  // the wheel turns the grid by columns: down or towards you is to the right
       SetScrollValue(ScrollValue() - GET_WHEEL_DELTA_WPARAM(wp) / WHEEL_DELTA * kCell);
       return 0;
@@ -205,6 +215,7 @@ void frmChangeIcon::Form_Load() {
                              container_, reinterpret_cast<HMENU>(IDC_CI_LIST), Instance(), nullptr);
   SetWindowLongPtrA(lstMain_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   SetWindowLongPtrA(lstMain_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&GridProc));
+  a11y_ = std::make_unique<AccessibleList>(lstMain_, static_cast<const AccessibleItems&>(*this));
   Layout();
   gridWidth_ = 0;
   sel_ = RECT{0, 0, kCell, kCell};
@@ -405,11 +416,44 @@ void frmChangeIcon::Scroll_Change(int code) {
 
 void frmChangeIcon::Press(int x, int y) {
   if (x < 0 || y < 0 || x >= gridWidth_ || y >= kGridHeight) return;
+  const int before = SelectedItem();
   DrawCell(sel_, false);
   const int left = x / kCell * kCell, top = y / kCell * kCell;
   sel_ = RECT{left, top, left + kCell, top + kCell};
   DrawCell(sel_, true);
   highlightDrawn_ = true;
+  if (a11y_ && SelectedItem() != before) a11y_->Announce(SelectedItem());
+}
+
+std::string frmChangeIcon::ItemName(int item) const { return "Icon " + std::to_string(item + 1); }
+
+RECT frmChangeIcon::ItemRect(int item) const {
+  const int left = item / kIconsPerColumn * kCell, top = item % kIconsPerColumn * kCell;
+  return RECT{left, top, left + kCell, top + kCell};
+}
+
+int frmChangeIcon::SelectedItem() const {
+  const int index = SelectedIndex();
+  return highlightDrawn_ && index < iconCount_ ? index : -1;
+}
+
+int frmChangeIcon::ItemAt(POINT p) const {
+  if (p.x < 0 || p.y < 0 || p.x >= gridWidth_ || p.y >= kGridHeight) return -1;
+  const int item = p.x / kCell * kIconsPerColumn + p.y / kCell;
+  return item < iconCount_ ? item : -1;
+}
+
+// Up and down stay in the column; left and right keep the row.
+int frmChangeIcon::ItemToward(int item, LONG navDir) const {
+  int next = -1;
+  switch (navDir) {
+    case NAVDIR_UP: next = item % kIconsPerColumn > 0 ? item - 1 : -1; break;
+    case NAVDIR_DOWN: next = item % kIconsPerColumn < kIconsPerColumn - 1 ? item + 1 : -1; break;
+    case NAVDIR_LEFT: next = item - kIconsPerColumn; break;
+    case NAVDIR_RIGHT: next = item + kIconsPerColumn; break;
+    default: return AccessibleItems::ItemToward(item, navDir);
+  }
+  return next >= 0 && next < iconCount_ ? next : -1;
 }
 
 void frmChangeIcon::DrawCell(const RECT& cell, bool selected) {

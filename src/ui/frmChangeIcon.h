@@ -7,15 +7,17 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "ui/Accessible.h"
 #include "ui/ModalDialog.h"
 #include "ui/win.h"
 
 namespace ui {
 
-class frmChangeIcon : public ModalDialog {
+class frmChangeIcon : public ModalDialog, private AccessibleItems {
  public:
   static constexpr int kCell = 38;           // cell size in pixels, square
   static constexpr int kIconOffset = 3;      // an icon's offset inside its cell
@@ -71,6 +73,14 @@ class frmChangeIcon : public ModalDialog {
   void FollowSelection();  // one step of 38 towards the selected column
   void ShowFailure(const std::string& text);
 
+  // The grid as screen readers read it: one item per icon, column by column.
+  int ItemCount() const override { return iconCount_; }
+  std::string ItemName(int item) const override;
+  RECT ItemRect(int item) const override;
+  int SelectedItem() const override;
+  int ItemAt(POINT client) const override;
+  int ItemToward(int item, LONG navDir) const override;
+
   HWND txtFilename_ = nullptr;
   HWND cmdOK_ = nullptr;
   HWND container_ = nullptr;
@@ -85,6 +95,7 @@ class frmChangeIcon : public ModalDialog {
   RECT sel_{0, 0, kCell, kCell};
   int gridWidth_ = 0;
   int scrollMax_ = 0;
+  std::unique_ptr<AccessibleList> a11y_;  // lives with lstMain
 };
 
 }  // namespace ui

@@ -2,8 +2,10 @@
 
 #include "UiTest.h"
 #include <fstream>
+#include <oleacc.h>
 
 #include "ids_picker.h"
+#include "support/ScreenReader.h"
 #include "support/ScriptedSeam.h"
 #include "ui/frmChangeIcon.h"
 
@@ -104,6 +106,27 @@ TEST_F(frmChangeIconTest, ArrowKeysMoveTheSelectionWithinTheGridAndScroll) {
   }
   EXPECT_TRUE(Run(Library(33), 0, std::move(steps)));
   EXPECT_EQ(form.IconIndex, 32);
+}
+
+// A screen reader in another process hears one item per icon (none for the empty cells of the last
+// column) and which one is selected, before and after a key moves it; an empty cell selects nothing.
+TEST_F(frmChangeIconTest, ScreenReaderHearsEveryIconAndTheSelectedOne) {
+  const auto hear = [&](HWND d, int selected) {
+    const vxtest::HeardList heard = vxtest::ReadAsScreenReader(GetDlgItem(GetDlgItem(d, IDC_CI_CONTAINER), IDC_CI_LIST));
+    ASSERT_EQ(heard.error, "");
+    EXPECT_EQ(heard.role, ROLE_SYSTEM_LIST);
+    ASSERT_EQ(heard.count, 5);
+    ASSERT_EQ(heard.items.size(), 5u);
+    for (int i = 0; i < 5; ++i) {
+      EXPECT_EQ(heard.items[size_t(i)].name, "Icon " + std::to_string(i + 1));
+      EXPECT_EQ(heard.items[size_t(i)].role, ROLE_SYSTEM_LISTITEM);
+      EXPECT_EQ((heard.items[size_t(i)].state & STATE_SYSTEM_SELECTED) != 0, i == selected) << i;
+    }
+    EXPECT_EQ(heard.selection, selected + 1);
+  };
+  EXPECT_FALSE(Run(Library(5), 2, {[&](HWND d) { hear(d, 2); PostKey(VK_DOWN); },
+                                   [&](HWND d) { hear(d, 3); PostKey(VK_RIGHT); },
+                                   [&](HWND d) { hear(d, -1); Click(Item(IDCANCEL)); }}));  // an empty cell
 }
 
 TEST_F(frmChangeIconTest, EnterInTheFileBoxShowsTheTypedFileOrSaysWhyNot) {
